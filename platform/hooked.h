@@ -1,0 +1,136 @@
+// The services that tests can make fail: these declarations in namespace win hide the
+// system's of the same names. Included by platform/winapi.h with QVLINKDB_HOOKS only.
+#pragma once
+
+#include "platform/testing.h"
+
+namespace testing_hooks {
+
+// Calls the hook, if there is one; the last error stays as the hook leaves it.
+bool Ask(Call const &call);
+// What SetVersion was told; false for nothing.
+bool ToldVersion(OSVERSIONINFOA *record);
+
+template <class System, class Result> Result Guarded(Call call, Result failure, System system) {
+    call.moment = Moment::Before;
+    if (Ask(call))
+        return failure;
+    Result const result = system();
+    DWORD const code = win::host::GetLastError();
+    call.moment = Moment::After;
+    Ask(call);
+    win::host::SetLastError(code);
+    return result;
+}
+
+inline Call About(const char *service, const char *path = nullptr) {
+    return {service, Moment::Before, path, nullptr, nullptr};
+}
+
+} // namespace testing_hooks
+
+namespace win {
+
+inline HANDLE CreateMutexA(SECURITY_ATTRIBUTES *attributes, BOOL owned, const char *name) {
+    return testing_hooks::Guarded(testing_hooks::About("CreateMutexA", name), HANDLE{},
+                                  [=] { return host::CreateMutexA(attributes, owned, name); });
+}
+
+inline BOOL CloseHandle(HANDLE handle) {
+    return testing_hooks::Guarded(testing_hooks::About("CloseHandle"), BOOL{FALSE},
+                                  [=] { return host::CloseHandle(handle); });
+}
+
+inline HANDLE CreateFileA(const char *path, DWORD access, DWORD share,
+                          SECURITY_ATTRIBUTES *security, DWORD disposition, DWORD flags,
+                          HANDLE pattern) {
+    return testing_hooks::Guarded(
+        testing_hooks::About("CreateFileA", path), HANDLE{INVALID_HANDLE_VALUE}, [=] {
+            return host::CreateFileA(path, access, share, security, disposition, flags, pattern);
+        });
+}
+
+inline BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, OVERLAPPED *overlapped) {
+    return testing_hooks::Guarded(
+        {"ReadFile", testing_hooks::Moment::Before, nullptr, nullptr, &size}, BOOL{FALSE},
+        [&] { return host::ReadFile(file, buffer, size, read, overlapped); });
+}
+
+inline BOOL WriteFile(HANDLE file, const void *buffer, DWORD size, DWORD *written,
+                      OVERLAPPED *overlapped) {
+    return testing_hooks::Guarded(
+        {"WriteFile", testing_hooks::Moment::Before, nullptr, buffer, &size}, BOOL{FALSE},
+        [&] { return host::WriteFile(file, buffer, size, written, overlapped); });
+}
+
+inline BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, LARGE_INTEGER *position,
+                             DWORD origin) {
+    return testing_hooks::Guarded(testing_hooks::About("SetFilePointerEx"), BOOL{FALSE}, [=] {
+        return host::SetFilePointerEx(file, distance, position, origin);
+    });
+}
+
+inline BOOL GetFileSizeEx(HANDLE file, LARGE_INTEGER *size) {
+    return testing_hooks::Guarded(testing_hooks::About("GetFileSizeEx"), BOOL{FALSE},
+                                  [=] { return host::GetFileSizeEx(file, size); });
+}
+
+inline BOOL FlushFileBuffers(HANDLE file) {
+    return testing_hooks::Guarded(testing_hooks::About("FlushFileBuffers"), BOOL{FALSE},
+                                  [=] { return host::FlushFileBuffers(file); });
+}
+
+inline DWORD GetFileAttributesA(const char *path) {
+    return testing_hooks::Guarded(testing_hooks::About("GetFileAttributesA", path),
+                                  DWORD{INVALID_FILE_ATTRIBUTES},
+                                  [=] { return host::GetFileAttributesA(path); });
+}
+
+inline BOOL SetFileAttributesA(const char *path, DWORD attributes) {
+    return testing_hooks::Guarded(testing_hooks::About("SetFileAttributesA", path), BOOL{FALSE},
+                                  [=] { return host::SetFileAttributesA(path, attributes); });
+}
+
+inline BOOL DeleteFileA(const char *path) {
+    return testing_hooks::Guarded(testing_hooks::About("DeleteFileA", path), BOOL{FALSE},
+                                  [=] { return host::DeleteFileA(path); });
+}
+
+inline BOOL MoveFileExA(const char *from, const char *to, DWORD flags) {
+    return testing_hooks::Guarded(testing_hooks::About("MoveFileExA", from), BOOL{FALSE},
+                                  [=] { return host::MoveFileExA(from, to, flags); });
+}
+
+inline UINT GetSystemDirectoryA(char *buffer, UINT size) {
+    return testing_hooks::Guarded(testing_hooks::About("GetSystemDirectoryA"), UINT{0},
+                                  [=] { return host::GetSystemDirectoryA(buffer, size); });
+}
+
+inline UINT GetWindowsDirectoryA(char *buffer, UINT size) {
+    return testing_hooks::Guarded(testing_hooks::About("GetWindowsDirectoryA"), UINT{0},
+                                  [=] { return host::GetWindowsDirectoryA(buffer, size); });
+}
+
+inline BOOL GetVersionExA(OSVERSIONINFOA *record) {
+    return testing_hooks::Guarded(testing_hooks::About("GetVersionExA"), BOOL{FALSE}, [=] {
+        BOOL const answered = host::GetVersionExA(record);
+        return answered && testing_hooks::ToldVersion(record) ? TRUE : answered;
+    });
+}
+
+inline HMODULE LoadLibraryA(const char *name) {
+    return testing_hooks::Guarded(testing_hooks::About("LoadLibraryA", name), HMODULE{},
+                                  [=] { return host::LoadLibraryA(name); });
+}
+
+inline HMODULE GetModuleHandleA(const char *name) {
+    return testing_hooks::Guarded(testing_hooks::About("GetModuleHandleA", name), HMODULE{},
+                                  [=] { return host::GetModuleHandleA(name); });
+}
+
+inline FARPROC GetProcAddress(HMODULE module, const char *name) {
+    return testing_hooks::Guarded(testing_hooks::About("GetProcAddress", name), FARPROC{},
+                                  [=] { return host::GetProcAddress(module, name); });
+}
+
+} // namespace win

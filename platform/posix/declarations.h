@@ -1,0 +1,204 @@
+// The Windows services outside Windows: records, constants and functions as the
+// system's headers have them. Included by platform/winapi.h only.
+#pragma once
+
+#include "platform/wintypes.h"
+
+// Windows has calling conventions; here there is one.
+#define WINAPI
+
+using FARPROC = std::intptr_t (*)();
+using LPCVOID = const void *;
+using errno_t = int;
+
+struct FILETIME {
+    DWORD dwLowDateTime; // 100 ns since 1601 (UTC)
+    DWORD dwHighDateTime;
+};
+
+union LARGE_INTEGER {
+    struct {
+        DWORD LowPart;
+        LONG HighPart;
+    } u;
+    LONGLONG QuadPart;
+};
+
+struct OSVERSIONINFOA {
+    DWORD dwOSVersionInfoSize; // 148, set by the caller
+    DWORD dwMajorVersion;
+    DWORD dwMinorVersion;
+    DWORD dwBuildNumber;
+    DWORD dwPlatformId;
+    char szCSDVersion[128];
+};
+
+struct MEMORY_BASIC_INFORMATION {
+    void *BaseAddress; // the page of the address
+    void *AllocationBase;
+    DWORD AllocationProtect;
+    WORD PartitionId;
+    SIZE_T RegionSize;
+    DWORD State;
+    DWORD Protect;
+    DWORD Type;
+};
+
+struct SECURITY_ATTRIBUTES;
+struct OVERLAPPED;
+
+static_assert(sizeof(OSVERSIONINFOA) == 148 && sizeof(FILETIME) == 8);
+static_assert(sizeof(LARGE_INTEGER) == 8 && sizeof(MEMORY_BASIC_INFORMATION) == 48);
+
+constexpr BOOL FALSE = 0;
+constexpr BOOL TRUE = 1;
+constexpr DWORD MAX_PATH = 260;
+constexpr DWORD INFINITE = 0xffffffff;
+inline void *const INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_t{-1});
+
+constexpr DWORD DLL_PROCESS_DETACH = 0;
+constexpr DWORD DLL_PROCESS_ATTACH = 1;
+
+constexpr DWORD WAIT_OBJECT_0 = 0;
+constexpr DWORD WAIT_ABANDONED = 0x80;
+constexpr DWORD WAIT_TIMEOUT = 258;
+constexpr DWORD WAIT_FAILED = 0xffffffff;
+
+constexpr DWORD GENERIC_READ = 0x80000000;
+constexpr DWORD GENERIC_WRITE = 0x40000000;
+constexpr DWORD FILE_SHARE_READ = 1;
+constexpr DWORD FILE_SHARE_WRITE = 2;
+constexpr DWORD FILE_SHARE_DELETE = 4;
+constexpr DWORD CREATE_NEW = 1;
+constexpr DWORD CREATE_ALWAYS = 2;
+constexpr DWORD OPEN_EXISTING = 3;
+constexpr DWORD OPEN_ALWAYS = 4;
+constexpr DWORD TRUNCATE_EXISTING = 5;
+constexpr DWORD FILE_ATTRIBUTE_READONLY = 1;
+constexpr DWORD FILE_ATTRIBUTE_HIDDEN = 2;
+constexpr DWORD FILE_ATTRIBUTE_SYSTEM = 4;
+constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
+constexpr DWORD FILE_ATTRIBUTE_ARCHIVE = 0x20;
+constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
+constexpr DWORD FILE_ATTRIBUTE_REPARSE_POINT = 0x400;
+constexpr DWORD FILE_FLAG_SEQUENTIAL_SCAN = 0x08000000;
+constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xffffffff;
+constexpr DWORD FILE_BEGIN = 0;
+constexpr DWORD FILE_CURRENT = 1;
+constexpr DWORD FILE_END = 2;
+constexpr DWORD MOVEFILE_REPLACE_EXISTING = 1;
+constexpr DWORD MOVEFILE_WRITE_THROUGH = 8;
+
+constexpr DWORD VER_PLATFORM_WIN32_WINDOWS = 1;
+constexpr DWORD VER_PLATFORM_WIN32_NT = 2;
+
+constexpr DWORD PAGE_NOACCESS = 0x01;
+constexpr DWORD PAGE_READONLY = 0x02;
+constexpr DWORD PAGE_READWRITE = 0x04;
+constexpr DWORD PAGE_EXECUTE_READ = 0x20;
+constexpr DWORD PAGE_EXECUTE_READWRITE = 0x40;
+constexpr DWORD PAGE_EXECUTE_WRITECOPY = 0x80;
+constexpr DWORD MEM_COMMIT = 0x1000;
+constexpr DWORD MEM_RESERVE = 0x2000;
+constexpr DWORD MEM_RELEASE = 0x8000;
+constexpr DWORD MEM_FREE = 0x10000;
+constexpr DWORD MEM_IMAGE = 0x1000000;
+
+constexpr DWORD ERROR_SUCCESS = 0;
+constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
+constexpr DWORD ERROR_PATH_NOT_FOUND = 3;
+constexpr DWORD ERROR_TOO_MANY_OPEN_FILES = 4;
+constexpr DWORD ERROR_ACCESS_DENIED = 5;
+constexpr DWORD ERROR_INVALID_HANDLE = 6;
+constexpr DWORD ERROR_NOT_ENOUGH_MEMORY = 8;
+constexpr DWORD ERROR_NOT_SAME_DEVICE = 17;
+constexpr DWORD ERROR_WRITE_PROTECT = 19;
+constexpr DWORD ERROR_GEN_FAILURE = 31;
+constexpr DWORD ERROR_SHARING_VIOLATION = 32;
+constexpr DWORD ERROR_HANDLE_EOF = 38;
+constexpr DWORD ERROR_NOT_SUPPORTED = 50;
+constexpr DWORD ERROR_BAD_NETPATH = 53;
+constexpr DWORD ERROR_BAD_LENGTH = 24;
+constexpr DWORD ERROR_FILE_EXISTS = 80;
+constexpr DWORD ERROR_INVALID_PARAMETER = 87;
+constexpr DWORD ERROR_DISK_FULL = 112;
+constexpr DWORD ERROR_CALL_NOT_IMPLEMENTED = 120;
+constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
+constexpr DWORD ERROR_INVALID_NAME = 123;
+constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
+constexpr DWORD ERROR_PROC_NOT_FOUND = 127;
+constexpr DWORD ERROR_NEGATIVE_SEEK = 131;
+constexpr DWORD ERROR_SEEK_ON_DEVICE = 132;
+constexpr DWORD ERROR_DIR_NOT_EMPTY = 145;
+constexpr DWORD ERROR_ALREADY_EXISTS = 183;
+constexpr DWORD ERROR_BAD_EXE_FORMAT = 193;
+constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
+constexpr DWORD ERROR_FILE_TOO_LARGE = 223;
+constexpr DWORD ERROR_NOT_OWNER = 288;
+constexpr DWORD ERROR_MUTANT_LIMIT_EXCEEDED = 587;
+constexpr DWORD ERROR_NOACCESS = 998;
+constexpr DWORD ERROR_IO_DEVICE = 1117;
+constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
+
+namespace win::host {
+
+// Locks: recursive mutexes of this process. Named mutexes and security attributes are
+// refused with ERROR_NOT_SUPPORTED.
+HANDLE CreateMutexA(SECURITY_ATTRIBUTES *attributes, BOOL initiallyOwned, const char *name);
+DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds);
+BOOL ReleaseMutex(HANDLE handle);
+
+// Handles: closed once; afterwards ERROR_INVALID_HANDLE, also for the calls on them.
+BOOL CloseHandle(HANDLE handle);
+
+// Process: creation time is fixed for the life of the process and differs between two
+// processes that bear the same id one after the other. Only for GetCurrentProcess().
+DWORD GetCurrentProcessId();
+HANDLE GetCurrentProcess();
+BOOL GetProcessTimes(HANDLE process, FILETIME *creation, FILETIME *exit, FILETIME *kernel,
+                     FILETIME *user);
+
+// Files
+HANDLE CreateFileA(const char *path, DWORD access, DWORD share, SECURITY_ATTRIBUTES *security,
+                   DWORD disposition, DWORD flagsAndAttributes, HANDLE patternFile);
+BOOL ReadFile(HANDLE file, void *buffer, DWORD size, DWORD *read, OVERLAPPED *overlapped);
+BOOL WriteFile(HANDLE file, const void *buffer, DWORD size, DWORD *written, OVERLAPPED *overlapped);
+BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, LARGE_INTEGER *position, DWORD origin);
+BOOL GetFileSizeEx(HANDLE file, LARGE_INTEGER *size);
+BOOL FlushFileBuffers(HANDLE file);
+DWORD GetFileAttributesA(const char *path);
+BOOL SetFileAttributesA(const char *path, DWORD attributes);
+BOOL DeleteFileA(const char *path);
+BOOL MoveFileExA(const char *from, const char *to, DWORD flags);
+
+// Folders and version, from platform::CurrentSettings().
+UINT GetSystemDirectoryA(char *buffer, UINT size);
+UINT GetWindowsDirectoryA(char *buffer, UINT size);
+BOOL GetVersionExA(OSVERSIONINFOA *record);
+
+// Modules: "NAME.dll" is the file NAME.dll.so beside this library, found without regard
+// to case.
+HMODULE LoadLibraryA(const char *name);
+HMODULE GetModuleHandleA(const char *name);
+FARPROC GetProcAddress(HMODULE module, const char *name);
+DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size);
+BOOL DisableThreadLibraryCalls(HMODULE module);
+// Reserves and commits, for reading and writing; nothing else is supported. Blocks of 2 MiB
+// and more get large pages where the kernel has them.
+LPVOID VirtualAlloc(LPVOID address, SIZE_T size, DWORD type, DWORD protection);
+BOOL VirtualFree(LPVOID address, SIZE_T size, DWORD type); // MEM_RELEASE only
+SIZE_T VirtualQuery(LPCVOID address, MEMORY_BASIC_INFORMATION *information, SIZE_T size);
+
+// The calling thread's last error: set by calls that fail.
+DWORD GetLastError();
+void SetLastError(DWORD code);
+
+// Text: case is that of ASCII letters.
+void _splitpath(const char *path, char *drive, char *directory, char *name, char *extension);
+errno_t _splitpath_s(const char *path, char *drive, std::size_t driveSize, char *directory,
+                     std::size_t directorySize, char *name, std::size_t nameSize, char *extension,
+                     std::size_t extensionSize);
+int _stricmp(const char *left, const char *right);
+char *_strlwr(char *text);
+
+} // namespace win::host

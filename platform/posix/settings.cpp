@@ -1,0 +1,53 @@
+#include "platform/posix/settings.h"
+
+#include "platform/posix/prefix.h"
+
+#include <mutex>
+
+namespace platform {
+namespace {
+
+std::mutex settingsMutex;
+// By a plain pointer, so that the library's last work, at the end of the process, still
+// has them.
+std::shared_ptr<Settings const> *heldSettings = nullptr;
+
+void Hold(Settings settings) {
+    auto held = std::make_unique<std::shared_ptr<Settings const>>(
+        std::make_shared<Settings const>(std::move(settings)));
+    delete heldSettings;
+    heldSettings = held.release();
+}
+
+bool IsUpperLetter(char c) { return c >= 'A' && c <= 'Z'; }
+
+} // namespace
+
+std::shared_ptr<Settings const> SettingsNow() {
+    std::lock_guard<std::mutex> const lock(settingsMutex);
+    if (!heldSettings)
+        Hold(ReadPrefix(PrefixDirectory()));
+    return *heldSettings;
+}
+
+Settings CurrentSettings() { return *SettingsNow(); }
+
+void ApplySettings(Settings const &settings) {
+    Settings applied = settings;
+    for (auto drive = applied.drives.begin(); drive != applied.drives.end();) {
+        std::string &directory = drive->second;
+        while (directory.size() > 1 && directory.back() == '/')
+            directory.pop_back();
+        drive = IsUpperLetter(drive->first) ? std::next(drive) : applied.drives.erase(drive);
+    }
+    std::lock_guard<std::mutex> const lock(settingsMutex);
+    Hold(std::move(applied));
+}
+
+void ReleaseSettings() {
+    std::lock_guard<std::mutex> const lock(settingsMutex);
+    delete heldSettings;
+    heldSettings = nullptr;
+}
+
+} // namespace platform

@@ -1,0 +1,16 @@
+// What the platform layer keeps of the settings beside their public interface.
+#pragma once
+
+#include "platform/settings.h"
+
+#include <memory>
+
+namespace platform {
+
+// What holds now; stays as it is while the caller has it.
+std::shared_ptr<Settings const> SettingsNow();
+
+// Frees the settings, before the library is unloaded.
+void ReleaseSettings();
+
+} // namespace platform

@@ -1,0 +1,45 @@
+// Lets tests make the system's services fail. Compiled in with QVLINKDB_HOOKS only, on
+// both systems; a library that is shipped has none of it.
+//
+// Hooks belong to the process. Set them while no other thread is in the library.
+#pragma once
+
+#ifdef QVLINKDB_HOOKS
+
+#include "platform/wintypes.h"
+
+namespace testing_hooks {
+
+enum class Moment {
+    Before, // the service hasn't been called
+    After   // it has, and succeeded or failed; its last error is set
+};
+
+struct Call {
+    const char *service; // "CreateFileA" and so on, a static text
+    Moment moment;
+    const char *path; // the path, module or function name that the call is about, or null
+    const void *data; // what is to be written by WriteFile, or null
+    DWORD *size;      // bytes to be read or written; lower it before a ReadFile or WriteFile and
+                      // the call handles so many. Null for the other services
+};
+
+// Before: return true to have the call fail without reaching the system, with the last
+// error that the hook set by win::SetLastError; false to let it through. After: the
+// result is ignored. A hook may end the process, and may not throw.
+using Hook = bool (*)(Call const &call, void *context);
+
+// Installs a hook, called before and after each of these services: CreateMutexA,
+// CloseHandle, CreateFileA, ReadFile, WriteFile, SetFilePointerEx, GetFileSizeEx,
+// FlushFileBuffers, GetFileAttributesA, SetFileAttributesA, DeleteFileA, MoveFileExA,
+// GetSystemDirectoryA, GetWindowsDirectoryA, GetVersionExA, LoadLibraryA,
+// GetModuleHandleA, GetProcAddress. Null takes it away.
+void SetHook(Hook hook, void *context);
+
+// What GetVersionExA reports instead of the system's version; 0, 0, 0 makes the system
+// answer again. Not asked if a hook fails the call.
+void SetVersion(DWORD platformId, DWORD major, DWORD minor);
+
+} // namespace testing_hooks
+
+#endif

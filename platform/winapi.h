@@ -1,0 +1,81 @@
+// Everything that the library asks of the system, by the names that Windows gives it.
+//
+// Functions are in namespace win; types and constants have their own global names. On
+// Windows each function is the system's own. Elsewhere it is ours, with the same types,
+// results and last-error codes, in platform/posix/; what isn't supported there fails
+// with the code that Windows has for it (docs/platform.md lists the limits).
+//
+// With QVLINKDB_HOOKS tests can make calls fail; see platform/testing.h.
+#pragma once
+
+#include "platform/wintypes.h"
+
+#ifdef _WIN32
+#include <cstdlib>
+#include <cstring>
+#else
+#include "platform/posix/declarations.h"
+#endif
+
+// The functions as the system has them.
+namespace win::host {
+
+#ifdef _WIN32
+// Locks
+using ::CreateMutexA;
+using ::ReleaseMutex;
+using ::WaitForSingleObject;
+// Handles
+using ::CloseHandle;
+// Process
+using ::GetCurrentProcess;
+using ::GetCurrentProcessId;
+using ::GetProcessTimes;
+// Files
+using ::CreateFileA;
+using ::DeleteFileA;
+using ::FlushFileBuffers;
+using ::GetFileAttributesA;
+using ::GetFileSizeEx;
+using ::MoveFileExA;
+using ::ReadFile;
+using ::SetFileAttributesA;
+using ::SetFilePointerEx;
+using ::WriteFile;
+// Folders and version
+using ::GetSystemDirectoryA;
+using ::GetVersionExA;
+using ::GetWindowsDirectoryA;
+// Modules
+using ::DisableThreadLibraryCalls;
+using ::GetModuleFileNameA;
+using ::GetModuleHandleA;
+using ::GetProcAddress;
+using ::LoadLibraryA;
+using ::VirtualQuery;
+// Memory by the page
+using ::VirtualAlloc;
+using ::VirtualFree;
+// The calling thread's last error
+using ::GetLastError;
+using ::SetLastError;
+// Text
+using ::_splitpath;
+using ::_splitpath_s;
+using ::_stricmp;
+using ::_strlwr;
+#endif
+
+} // namespace win::host
+
+namespace win {
+using namespace host;
+}
+
+#ifdef QVLINKDB_HOOKS
+#include "platform/hooked.h"
+#endif
+
+// The library's entry: the system calls it when the library comes and goes, with
+// DLL_PROCESS_ATTACH and DLL_PROCESS_DETACH.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
