@@ -1,0 +1,20 @@
+// The commands, one file each. A result is an exit code; what goes wrong is thrown as
+// CommandError, NothingFound or another standard exception.
+#pragma once
+
+#include "commands/request.h"
+
+namespace qvlink {
+
+int RunScan(Request const &request);
+int RunDeps(Request const &request);
+int RunRefs(Request const &request);
+int RunFind(Request const &request);
+int RunShow(Request const &request);
+int RunMissing(Request const &request);
+int RunWhy(Request const &request);
+int RunStats(Request const &request);
+int RunVerify(Request const &request);
+int RunExport(Request const &request);
+
+} // namespace qvlink

@@ -1,0 +1,64 @@
+#include "commands/commands.h"
+
+#include "answer/needs.h"
+#include "commands/session.h"
+#include "model.h"
+#include "output/json.h"
+#include "output/text.h"
+
+#include <algorithm>
+#include <functional>
+#include <nlohmann/json.hpp>
+
+namespace qvlink {
+namespace {
+
+// All but run paths, whose names are lists of folders.
+constexpr std::uint32_t UsualTypes = OBJ_NAMED_MASK;
+
+bool IsOfKind(CQVUObject &object, std::string const &type) {
+    return type.empty() || type == KindWord(object) || TypeMaskOf(type) == TypeOf(object);
+}
+
+std::uint32_t MaskFor(std::string const &type) {
+    if (type.empty()) {
+        return UsualTypes;
+    }
+    std::uint32_t const mask = TypeMaskOf(type);
+    return mask ? mask : OBJ_FILE;
+}
+
+} // namespace
+
+int RunFind(Request const &request) {
+    if (request.pattern.size() >= sizeof(DBObjectSearch::szPattern)) {
+        throw CommandError("the pattern is longer than 99 characters\nShorten it with *.");
+    }
+    if (request.pattern.find_first_of("/\\") != std::string::npos) {
+        throw CommandError("the pattern holds a slash, and patterns are for names, not paths\nUse "
+                           "`qvlink show PATH` for a path.");
+    }
+    CommandSession session(request);
+    std::vector<CQVUObject *> found =
+        FindObjects(session.Database(), request.pattern, MaskFor(request.type));
+    found.erase(std::remove_if(found.begin(), found.end(),
+                               [&](CQVUObject *o) { return !IsOfKind(*o, request.type); }),
+                found.end());
+    PathOrder order(session.Database());
+    std::sort(found.begin(), found.end(), std::ref(order));
+    if (request.json) {
+        Json fields = Json::object();
+        PutText(fields, "pattern", request.pattern);
+        fields["objects"] = JsonOfObjects(session.Names(), found);
+        session.WriteJson(fields);
+        return found.empty() ? ExitNothing : ExitAnswered;
+    }
+    if (found.empty()) {
+        throw NothingFound("nothing is named " + request.pattern +
+                           (request.type.empty() ? "" : " and of type " + request.type));
+    }
+    PrintObjects(session.Out(), session.Names(), found, request.verbose);
+    return ExitAnswered;
+}
+
+} // namespace qvlink

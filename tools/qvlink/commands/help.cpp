@@ -1,0 +1,135 @@
+#include "commands/help.h"
+
+#include "model.h"
+#include "platform/host.h"
+
+namespace qvlink {
+namespace {
+
+const CommandHelp Helps[] = {
+    {"scan", "Put folders and their files into the graph, or bring them up to date",
+     R"(Walks the folders, reads what programs need, and stores it. What is there
+already and hasn't changed isn't read again; what has vanished leaves the
+graph. Symbolic links are kept as links and never followed.
+
+Examples:
+  qvlink scan /usr/bin /usr/lib     put two trees into the graph
+  qvlink scan .                     bring the current folder up to date
+  qvlink scan -v /opt               list what couldn't be read
+  qvlink --db /tmp/graph scan /srv  into a database of its own)"},
+    {"deps", "Tell what a program needs",
+     R"(All libraries that the program comes to need, those of its libraries
+included. A symbolic link stands for the program it leads to. For a folder:
+what the programs below it need from outside of it.
+
+Examples:
+  qvlink deps /usr/bin/bash            everything that bash needs
+  qvlink deps --direct /usr/bin/bash   only what it asks for itself
+  qvlink deps --tree /usr/bin/bash     who asks for what
+  qvlink deps -v /usr/bin/bash         where each was found, and why there
+  qvlink deps --json ./setup.exe       for other programs)"},
+    {"refs", "Tell who needs a file",
+     R"(All programs and libraries that need the file, through others too, by a link
+or by its bare name. For a folder: who outside of it needs something below it.
+A bare name stands for all that ask for it.
+
+Examples:
+  qvlink refs /usr/lib/x86_64-linux-gnu/libstdc++.so.6
+  qvlink refs --direct ./libfoo.so
+  qvlink refs -v KERNEL32.dll          which of their needs leads there)"},
+    {"find", "Find objects by name",
+     R"(The pattern is for the whole name: * stands for any text and ? for one
+character. Case doesn't matter. Types are drive, folder, file, symlink,
+special, name and runpath; file takes in folders and symbolic links.
+
+Examples:
+  qvlink find 'libssl*'
+  qvlink find '*.exe' --type file
+  qvlink find -v 'python?'             with kind and size)"},
+    {"show", "Show all that the graph knows of one object",
+     R"(Its fields, its data, and its links in both directions.
+
+Examples:
+  qvlink show /usr/bin/bash
+  qvlink show KERNEL32.dll             a name that programs ask for
+  qvlink show --json /usr/lib)"},
+    {"missing", "List the names that nothing provides, and who asks for them",
+     R"(For a Windows program, or library, names are looked for as if it were started
+from its own folder.
+
+Examples:
+  qvlink missing
+  qvlink missing -v                    all who ask, and files so named elsewhere)"},
+    {"why", "Show a shortest chain of needs from A to B",
+     R"(B may also be a bare name that somebody asks for.
+
+Examples:
+  qvlink why /usr/bin/python3 /usr/lib/x86_64-linux-gnu/libz.so.1
+  qvlink why -v ./setup.exe SHELL32.dll   with the rule of each step)"},
+    {"stats", "Count what is in the graph and list the most needed files",
+     R"(Examples:
+  qvlink stats
+  qvlink stats --top 50
+  qvlink stats --json)"},
+    {"verify", "Check the database file and the rules of the graph",
+     R"(Reads linkdb.dat byte by byte: its header, records and lists, the ends of each
+link, the folder trees. Also says what another process would leave out when it
+loads the file. Exit code 0: sound. 1: there are findings. 2: it can't be read.
+
+Examples:
+  qvlink verify
+  qvlink verify -v                     all findings
+  qvlink --db /backup/graph verify --json)"},
+    {"export", "Write the whole graph in a format of other programs",
+     R"(dot is for Graphviz, graphml for graph editors, jsonl has an object a line, csv
+makes nodes.csv and edges.csv for the bulk import of graph databases.
+
+Examples:
+  qvlink export --format dot | dot -Tsvg -o graph.svg
+  qvlink export --format jsonl | jq 'select(.type == "needs")'
+  qvlink export --format graphml -o graph.graphml
+  qvlink export --format csv -o /tmp/import)"},
+};
+
+} // namespace
+
+CommandHelp const &HelpOf(std::string const &command) {
+    for (CommandHelp const &help : Helps) {
+        if (command == help.name) {
+            return help;
+        }
+    }
+    return Helps[0];
+}
+
+std::string AboutText() {
+    return "qvlink keeps a graph of the programs and libraries of a machine and answers\n"
+           "what needs what.";
+}
+
+std::string MainFooter() {
+    return R"(Exit codes: 0 answered, 1 nothing found, 2 bad use or failure.
+
+Examples:
+  qvlink scan /usr/bin /usr/lib      put a machine's programs into the graph
+  qvlink deps /usr/bin/bash          what does bash need?
+  qvlink refs /usr/lib/libfoo.so     who needs this library?
+  qvlink COMMAND --help              more about a command)";
+}
+
+std::string VersionText() { return "qvlink " QVLINK_VERSION; }
+
+std::string DefaultDirectoryText() {
+    std::string const directory = DefaultDatabaseDirectory();
+    return directory.empty() ? "none, for want of a home" : directory;
+}
+
+std::vector<std::string> FindTypes() {
+    std::vector<std::string> types{"folder", "symlink", "special"};
+    for (TypeName const &type : OBJECT_TYPE_NAMES) {
+        types.emplace_back(type.name);
+    }
+    return types;
+}
+
+} // namespace qvlink

@@ -1,0 +1,42 @@
+#include "commands/json_answer.h"
+
+#include <nlohmann/json.hpp>
+
+namespace qvlink {
+
+const char *CommandWord(Command command) {
+    switch (command) {
+    case Command::scan:
+        return "scan";
+    case Command::deps:
+        return "deps";
+    case Command::refs:
+        return "refs";
+    case Command::find:
+        return "find";
+    case Command::show:
+        return "show";
+    case Command::missing:
+        return "missing";
+    case Command::why:
+        return "why";
+    case Command::stats:
+        return "stats";
+    case Command::verify:
+        return "verify";
+    case Command::exportGraph:
+        break;
+    }
+    return "export";
+}
+
+Json JsonAnswer(Request const &request, std::string const &directory, Json const &fields) {
+    Json answer = Json::object();
+    answer["qvlink"] = QVLINK_VERSION;
+    answer["command"] = CommandWord(request.command);
+    PutText(answer, "database", directory);
+    answer.update(fields);
+    return answer;
+}
+
+} // namespace qvlink

@@ -1,0 +1,13 @@
+// What all answers in JSON have in common.
+#pragma once
+
+#include "commands/request.h"
+#include "output/json.h"
+
+namespace qvlink {
+
+const char *CommandWord(Command command);
+// A document with the tool's version, the command and the database, and then `fields`.
+Json JsonAnswer(Request const &request, std::string const &directory, Json const &fields);
+
+} // namespace qvlink

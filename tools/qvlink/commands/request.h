@@ -1,0 +1,33 @@
+// One call of the tool, as its arguments tell it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace qvlink {
+
+constexpr int ExitAnswered = 0;
+constexpr int ExitNothing = 1; // the question is fine, and its answer is empty
+constexpr int ExitFailure = 2; // bad use, or something failed
+
+enum class Command { scan, deps, refs, find, show, missing, why, stats, verify, exportGraph };
+
+struct Request {
+    Command command = Command::stats;
+    std::vector<std::string> paths; // the command's PATHs, or A and B
+    std::string pattern;            // find PATTERN
+    std::string type;               // find --type
+    std::string format;             // export --format
+    std::string output;             // export --output; empty: standard output
+    std::size_t top = 10;           // stats --top
+    bool direct = false;
+    bool tree = false;
+
+    std::string databaseDirectory; // --db; empty: the user's own
+    bool databasePaths = false;    // --db-paths
+    bool json = false;
+    bool verbose = false;
+};
+
+} // namespace qvlink
