@@ -1,0 +1,135 @@
+// The hooks that let tests make services fail.
+#include "services.h"
+
+#include "platform/testing.h"
+#include "temp_folder.h"
+
+#include <vector>
+
+namespace {
+
+using testing_hooks::Call;
+using testing_hooks::Moment;
+
+struct Seen {
+    std::string service;
+    Moment moment;
+    std::string path;
+};
+
+struct Script {
+    std::vector<Seen> seen;
+    std::string failing; // this service fails
+    DWORD code = 0;      // with this code
+    DWORD most = ~DWORD{0};
+};
+
+bool Play(Call const &call, void *context) {
+    auto &script = *static_cast<Script *>(context);
+    script.seen.push_back({call.service, call.moment, call.path ? call.path : ""});
+    if (call.moment == Moment::Before && call.size && *call.size > script.most)
+        *call.size = script.most;
+    if (call.moment == Moment::After)
+        win::SetLastError(4711); // the caller isn't to see this
+    if (call.moment == Moment::Before && call.service == script.failing) {
+        win::SetLastError(script.code);
+        return true;
+    }
+    return false;
+}
+
+class Hooks : public testing::Test {
+protected:
+    Hooks() { testing_hooks::SetHook(Play, &m_script); }
+    ~Hooks() override {
+        testing_hooks::SetHook(nullptr, nullptr);
+        testing_hooks::SetVersion(0, 0, 0);
+    }
+
+    std::string At(std::string const &name) const { return m_folder.Directory() + "\\" + name; }
+
+    TempFolder m_folder;
+    Script m_script;
+};
+
+} // namespace
+
+TEST_F(Hooks, see_a_call_before_and_after_it) {
+    EXPECT_FALSE(win::DeleteFileA(At("x").c_str()));
+    EXPECT_EQ(2u, win::GetLastError());
+    ASSERT_EQ(2u, m_script.seen.size());
+    EXPECT_EQ("DeleteFileA", m_script.seen[0].service);
+    EXPECT_EQ(Moment::Before, m_script.seen[0].moment);
+    EXPECT_EQ(At("x"), m_script.seen[0].path);
+    EXPECT_EQ(Moment::After, m_script.seen[1].moment);
+}
+
+TEST_F(Hooks, make_a_call_fail_without_reaching_the_system) {
+    m_script.failing = "CreateFileA";
+    m_script.code = 112;
+    EXPECT_EQ(INVALID_HANDLE_VALUE, OpenToWrite(At("x"), CREATE_ALWAYS));
+    EXPECT_EQ(112u, win::GetLastError());
+    EXPECT_FALSE(std::filesystem::exists(m_folder.Path() / "x"));
+}
+
+TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
+    m_script.code = 5;
+    char buffer[10];
+    DWORD count = 0;
+    LARGE_INTEGER size;
+    OSVERSIONINFOA version{};
+    version.dwOSVersionInfoSize = sizeof version;
+    ScopedHandle const file(OpenToWrite(At("x"), CREATE_ALWAYS));
+    auto const failing = [&](const char *service) {
+        m_script.failing = service;
+        return true;
+    };
+    EXPECT_TRUE(failing("CreateMutexA") && !win::CreateMutexA(nullptr, FALSE, nullptr));
+    EXPECT_TRUE(failing("CloseHandle") && !win::CloseHandle(file));
+    EXPECT_TRUE(failing("ReadFile") && !win::ReadFile(file, buffer, 1, &count, nullptr));
+    EXPECT_TRUE(failing("WriteFile") && !win::WriteFile(file, buffer, 1, &count, nullptr));
+    EXPECT_TRUE(failing("SetFilePointerEx") &&
+                !win::SetFilePointerEx(file, Offset(0), nullptr, FILE_BEGIN));
+    EXPECT_TRUE(failing("GetFileSizeEx") && !win::GetFileSizeEx(file, &size));
+    EXPECT_TRUE(failing("FlushFileBuffers") && !win::FlushFileBuffers(file));
+    EXPECT_TRUE(failing("GetFileAttributesA") &&
+                win::GetFileAttributesA(At("x").c_str()) == INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(failing("SetFileAttributesA") &&
+                !win::SetFileAttributesA(At("x").c_str(), FILE_ATTRIBUTE_NORMAL));
+    EXPECT_TRUE(failing("DeleteFileA") && !win::DeleteFileA(At("x").c_str()));
+    EXPECT_TRUE(failing("MoveFileExA") && !win::MoveFileExA(At("x").c_str(), At("y").c_str(), 0));
+    EXPECT_TRUE(failing("GetSystemDirectoryA") && !win::GetSystemDirectoryA(buffer, 10));
+    EXPECT_TRUE(failing("GetWindowsDirectoryA") && !win::GetWindowsDirectoryA(buffer, 10));
+    EXPECT_TRUE(failing("GetVersionExA") && !win::GetVersionExA(&version));
+    EXPECT_TRUE(failing("GetModuleHandleA") && !win::GetModuleHandleA(nullptr));
+    EXPECT_TRUE(failing("LoadLibraryA") && !win::LoadLibraryA("x"));
+    EXPECT_TRUE(failing("GetProcAddress") && !win::GetProcAddress(nullptr, "x"));
+    EXPECT_EQ(5u, win::GetLastError());
+    m_script.failing.clear();
+}
+
+TEST_F(Hooks, cut_what_is_written_and_read) {
+    ScopedHandle const file(OpenToWrite(At("x"), CREATE_ALWAYS));
+    m_script.most = 3;
+    char buffer[10] = "abcdef";
+    DWORD count = 0;
+    EXPECT_TRUE(win::WriteFile(file, buffer, 6, &count, nullptr));
+    EXPECT_EQ(3u, count);
+    EXPECT_TRUE(win::SetFilePointerEx(file, Offset(0), nullptr, FILE_BEGIN));
+    m_script.most = 2;
+    EXPECT_TRUE(win::ReadFile(file, buffer, 6, &count, nullptr));
+    EXPECT_EQ(2u, count);
+}
+
+TEST_F(Hooks, tell_another_version) {
+    OSVERSIONINFOA record{};
+    record.dwOSVersionInfoSize = sizeof record;
+    testing_hooks::SetVersion(1, 4, 10);
+    EXPECT_TRUE(win::GetVersionExA(&record));
+    EXPECT_EQ(1u, record.dwPlatformId);
+    EXPECT_EQ(4u, record.dwMajorVersion);
+    EXPECT_EQ(10u, record.dwMinorVersion);
+    testing_hooks::SetVersion(0, 0, 0);
+    EXPECT_TRUE(win::GetVersionExA(&record));
+    EXPECT_EQ(2u, record.dwPlatformId);
+}

@@ -1,0 +1,28 @@
+// A module with a copy of the library's platform layer in it, for tests that load and
+// unload such copies.
+#include "linkdb.h"
+#include "platform/winapi.h"
+
+extern "C" {
+
+__attribute__((visibility("default"))) unsigned long long ProbeCreation() {
+    FILETIME creation{}, exit{}, kernel{}, user{};
+    win::GetProcessTimes(win::GetCurrentProcess(), &creation, &exit, &kernel, &user);
+    return static_cast<unsigned long long>(creation.dwHighDateTime) << 32 | creation.dwLowDateTime;
+}
+
+// Leaves mutexes, one of them owned, and an open file behind.
+__attribute__((visibility("default"))) int ProbeLeave(const char *file) {
+    for (int i = 0; i < 200; ++i)
+        if (!win::CreateMutexA(nullptr, i == 0, nullptr))
+            return 0;
+    return win::CreateFileA(file, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr) != INVALID_HANDLE_VALUE;
+}
+
+// Leaves a database attached that has something to write.
+__attribute__((visibility("default"))) int ProbeAttach(const char *directory) {
+    CQVUDatabase *const database = AttachDatabase(directory);
+    return database && database->AddObject("C:", OBJ_DRIVE, 0, 0, nullptr, 1);
+}
+}

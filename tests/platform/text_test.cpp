@@ -1,0 +1,111 @@
+// Text functions, on both systems by the documented results.
+#include "services.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t partSize = 256;
+
+struct Split {
+    std::string drive, directory, name, extension;
+};
+
+Split SplitPath(std::string const &path) {
+    char drive[partSize], directory[partSize], name[partSize], extension[partSize];
+    win::_splitpath(path.c_str(), drive, directory, name, extension);
+    return {drive, directory, name, extension};
+}
+
+struct SplitCase {
+    const char *path, *drive, *directory, *name, *extension;
+};
+
+constexpr SplitCase splitCases[] = {
+    {R"(C:\windows\system32\a.dll)", "C:", R"(\windows\system32\)", "a", ".dll"},
+    {"C:a.b.c", "C:", "", "a.b", ".c"},
+    {"C:\\", "C:", "\\", "", ""},
+    {"C:", "C:", "", "", ""},
+    {"", "", "", "", ""},
+    {"file", "", "", "file", ""},
+    {".profile", "", "", "", ".profile"},
+    {"file.", "", "", "file", "."},
+    {"\\a.b\\c", "", "\\a.b\\", "c", ""},
+    {"a/b\\c/d.e", "", "a/b\\c/", "d", ".e"},
+    {"x:/y", "x:", "/", "y", ""},
+    {"..", "", "", ".", "."},
+    {R"(\\server\share\f.t)", "", R"(\\server\share\)", "f", ".t"},
+};
+
+} // namespace
+
+TEST(SplitPath, gives_drive_directory_name_and_extension) {
+    for (SplitCase const &expected : splitCases) {
+        Split const split = SplitPath(expected.path);
+        EXPECT_EQ(expected.drive, split.drive) << expected.path;
+        EXPECT_EQ(expected.directory, split.directory) << expected.path;
+        EXPECT_EQ(expected.name, split.name) << expected.path;
+        EXPECT_EQ(expected.extension, split.extension) << expected.path;
+    }
+}
+
+TEST(SplitPath, leaves_out_parts_that_arent_asked_for) {
+    char name[partSize] = "";
+    win::_splitpath("C:\\a\\b.c", nullptr, nullptr, name, nullptr);
+    EXPECT_STREQ("b", name);
+}
+
+TEST(SplitPathSafely, splits_into_buffers_that_are_large_enough) {
+    char drive[3], directory[4], name[2], extension[5];
+    EXPECT_EQ(0, win::_splitpath_s("C:\\a\\b.ext", drive, 3, directory, 4, name, 2, extension, 5));
+    EXPECT_STREQ("C:", drive);
+    EXPECT_STREQ("\\a\\", directory);
+    EXPECT_STREQ("b", name);
+    EXPECT_STREQ(".ext", extension);
+}
+
+TEST(SplitPathSafely, gives_nothing_when_a_part_doesnt_fit) {
+    char drive[3] = "x", directory[3] = "x", name[20] = "x", extension[20] = "x";
+    EXPECT_EQ(34,
+              win::_splitpath_s("C:\\a\\b.ext", drive, 3, directory, 3, name, 20, extension, 20));
+    EXPECT_STREQ("", drive);
+    EXPECT_STREQ("", directory);
+    EXPECT_STREQ("", name);
+    EXPECT_STREQ("", extension);
+}
+
+TEST(SplitPathSafely, takes_paths_of_any_length) {
+    std::string const folder = "\\" + std::string(700, 'd') + "\\";
+    char directory[1000], name[1000];
+    EXPECT_EQ(0, win::_splitpath_s((folder + std::string(300, 'n')).c_str(), nullptr, 0, directory,
+                                   sizeof directory, name, sizeof name, nullptr, 0));
+    EXPECT_EQ(folder, directory);
+    EXPECT_EQ(300u, std::strlen(name));
+}
+
+TEST(Compare, letters_are_the_same_in_both_cases) {
+    EXPECT_EQ(0, win::_stricmp("Hello", "hELLO"));
+    EXPECT_EQ(0, win::_stricmp("", ""));
+    EXPECT_LT(win::_stricmp("abc", "ABD"), 0);
+    EXPECT_GT(win::_stricmp("ABD", "abc"), 0);
+    EXPECT_LT(win::_stricmp("ab", "abc"), 0);
+    EXPECT_GT(win::_stricmp("abc", "ab"), 0);
+}
+
+TEST(Compare, letters_count_as_lower_case_ones) {
+    EXPECT_LT(win::_stricmp("_", "A"), 0);
+    EXPECT_LT(win::_stricmp("_", "a"), 0);
+    EXPECT_LT(win::_stricmp("[", "Z"), 0);
+}
+
+TEST(Compare, only_ascii_letters_have_two_cases) {
+    EXPECT_NE(0, win::_stricmp("\xc4", "\xe4"));
+    EXPECT_NE(0, win::_stricmp("@", "`"));
+    EXPECT_NE(0, win::_stricmp("[", "{"));
+}
+
+TEST(LowerCase, is_made_in_place_of_ascii_letters) {
+    char text[] = "MiXeD 123 \xc4[@`{Z";
+    EXPECT_EQ(text, win::_strlwr(text));
+    EXPECT_STREQ("mixed 123 \xc4[@`{z", text);
+}

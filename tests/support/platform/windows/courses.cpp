@@ -1,0 +1,3 @@
+#include "courses.h"
+
+std::uint32_t Courses(std::uint32_t all) { return all / 8; }
