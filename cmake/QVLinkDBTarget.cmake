@@ -2,7 +2,7 @@
 function(qvlinkdb_target target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
-  if(QVLINKDB_SANITIZED)
+  if(QVLINKDB_SANITIZED AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # The checks that sanitizers put in make the compiler see this where nothing is.
     target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
   endif()

@@ -191,7 +191,7 @@ private:
     std::string Text(std::uint64_t offset, std::uint64_t size, std::size_t limit,
                      const char *what) {
         for (std::uint64_t piece = 128;; piece *= 8) {
-            std::uint64_t const wanted = std::min<std::uint64_t>({piece, size, limit + 1});
+            auto const wanted = std::min<std::uint64_t>({piece, size, limit + 1});
             Elf_Data *const data =
                 elf_getdata_rawchunk(m_elf, static_cast<std::int64_t>(offset), wanted, ELF_T_BYTE);
             if (!data || !data->d_buf) {

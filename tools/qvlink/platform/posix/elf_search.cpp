@@ -79,7 +79,8 @@ struct ElfSearch::State {
     std::optional<std::string> FindInFolder(std::string const &folder, std::string const &name,
                                             std::uint32_t flags) {
         for (std::string const &capability : settings.capabilities) {
-            std::string path = folder + CAPABILITY_FOLDER + capability + '/' + name;
+            std::string path = folder;
+            path.append(CAPABILITY_FOLDER).append(capability).append("/").append(name);
             if (Fits(path, flags)) {
                 return path;
             }

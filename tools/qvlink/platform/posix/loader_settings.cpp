@@ -41,16 +41,27 @@ LoaderSettings::Machine Describe(KnownMachine const &machine) {
     return result;
 }
 
+// The levels of this processor as the loader counts them, best first. Each is told by those
+// of its features that all compilers can ask for; no processor has these and lacks the rest.
 std::vector<std::string> Capabilities() {
     std::vector<std::string> capabilities;
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("x86-64-v4")) {
+    bool const second = __builtin_cpu_supports("sse3") && __builtin_cpu_supports("ssse3") &&
+                        __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("sse4.2") &&
+                        __builtin_cpu_supports("popcnt");
+    bool const third = second && __builtin_cpu_supports("avx") && __builtin_cpu_supports("avx2") &&
+                       __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+                       __builtin_cpu_supports("fma");
+    bool const fourth = third && __builtin_cpu_supports("avx512f") &&
+                        __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512cd") &&
+                        __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+    if (fourth) {
         capabilities.emplace_back("x86-64-v4");
     }
-    if (__builtin_cpu_supports("x86-64-v3")) {
+    if (third) {
         capabilities.emplace_back("x86-64-v3");
     }
-    if (__builtin_cpu_supports("x86-64-v2")) {
+    if (second) {
         capabilities.emplace_back("x86-64-v2");
     }
 #endif
