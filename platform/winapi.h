@@ -13,6 +13,7 @@
 #ifdef _WIN32
 #include <cstdlib>
 #include <cstring>
+#include <cwctype>
 #else
 #include "platform/posix/declarations.h"
 #endif
@@ -23,6 +24,10 @@ namespace win::host {
 #ifdef _WIN32
 // Locks
 using ::CreateMutexA;
+using ::DeleteCriticalSection;
+using ::EnterCriticalSection;
+using ::InitializeCriticalSection;
+using ::LeaveCriticalSection;
 using ::ReleaseMutex;
 using ::WaitForSingleObject;
 // Handles
@@ -64,6 +69,7 @@ using ::_splitpath;
 using ::_splitpath_s;
 using ::_stricmp;
 using ::_strlwr;
+using ::iswctype;
 #endif
 
 } // namespace win::host

@@ -28,4 +28,21 @@ struct HINSTANCE_RECORD;
 using HINSTANCE = HINSTANCE_RECORD *;
 using HMODULE = HINSTANCE;
 
+// A recursive lock of this process, for the four calls on critical sections; never copied
+// or moved while it is in use.
+struct CRITICAL_SECTION {
+    alignas(8) BYTE opaque[48];
+};
+
+using PSID = void *;
+struct SID_AND_ATTRIBUTES {
+    PSID Sid;
+    DWORD Attributes;
+};
+struct _TOKEN_GROUPS {
+    DWORD GroupCount;
+    SID_AND_ATTRIBUTES Groups[1]; // as many as are counted
+};
+using TOKEN_GROUPS = _TOKEN_GROUPS;
+
 #endif

@@ -147,6 +147,12 @@ namespace win::host {
 HANDLE CreateMutexA(SECURITY_ATTRIBUTES *attributes, BOOL initiallyOwned, const char *name);
 DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 BOOL ReleaseMutex(HANDLE handle);
+// Sections: the thread that holds one may enter it again, and leaves it as often. Leaving
+// one that the thread doesn't hold changes nothing.
+void InitializeCriticalSection(CRITICAL_SECTION *section);
+void EnterCriticalSection(CRITICAL_SECTION *section);
+void LeaveCriticalSection(CRITICAL_SECTION *section);
+void DeleteCriticalSection(CRITICAL_SECTION *section);
 
 // Handles: closed once; afterwards ERROR_INVALID_HANDLE, also for the calls on them.
 BOOL CloseHandle(HANDLE handle);
@@ -193,12 +199,15 @@ SIZE_T VirtualQuery(LPCVOID address, MEMORY_BASIC_INFORMATION *information, SIZE
 DWORD GetLastError();
 void SetLastError(DWORD code);
 
-// Text: case is that of ASCII letters.
+// Text: case is that of ASCII letters, but for iswctype.
 void _splitpath(const char *path, char *drive, char *directory, char *name, char *extension);
 errno_t _splitpath_s(const char *path, char *drive, std::size_t driveSize, char *directory,
                      std::size_t directorySize, char *name, std::size_t nameSize, char *extension,
                      std::size_t extensionSize);
 int _stricmp(const char *left, const char *right);
 char *_strlwr(char *text);
+// Whether a character is an upper-case (mask 1) or lower-case (2) letter, by Unicode and
+// whatever the process's locale; the answer has the bits of the mask that hold.
+int iswctype(std::uint16_t character, std::uint16_t mask);
 
 } // namespace win::host

@@ -5,6 +5,7 @@
 #include "platform/posix/modules.h"
 #include "platform/posix/settings.h"
 #include "platform/posix/threads.h"
+#include "platform/posix/wide.h"
 
 #include <climits>
 #include <cstring>
@@ -45,6 +46,7 @@ public:
         ReleaseThreads();
         ReleaseHandles();
         ReleaseSettings();
+        ReleaseWide();
     }
 };
 

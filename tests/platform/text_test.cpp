@@ -109,3 +109,19 @@ TEST(LowerCase, is_made_in_place_of_ascii_letters) {
     EXPECT_EQ(text, win::_strlwr(text));
     EXPECT_STREQ("mixed 123 \xc4[@`{z", text);
 }
+
+TEST(CharacterType, tells_upper_and_lower_case_by_one_bit_each) {
+    EXPECT_EQ(1, win::iswctype('A', 1));
+    EXPECT_EQ(0, win::iswctype('A', 2));
+    EXPECT_EQ(0, win::iswctype('a', 1));
+    EXPECT_EQ(2, win::iswctype('a', 2));
+}
+
+TEST(CharacterType, of_ascii_only_letters_have_a_case) {
+    for (std::uint16_t character = 0; character < 0x80; ++character) {
+        bool const upper = character >= 'A' && character <= 'Z';
+        bool const lower = character >= 'a' && character <= 'z';
+        EXPECT_EQ(upper, win::iswctype(character, 1) != 0) << character;
+        EXPECT_EQ(lower, win::iswctype(character, 2) != 0) << character;
+    }
+}
