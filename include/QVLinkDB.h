@@ -1,5 +1,7 @@
 // All of the library's public interface.
 #pragma once
 
+#include "CNTAdminObject.h"
+#include "CSyncObject.h"
 #include "Diag.h"
 #include "linkdb.h"

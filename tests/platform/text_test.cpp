@@ -1,6 +1,7 @@
 // Text functions, on both systems by the documented results.
 #include "services.h"
 
+#include <clocale>
 #include <cstring>
 
 namespace {
@@ -124,4 +125,60 @@ TEST(CharacterType, of_ascii_only_letters_have_a_case) {
         EXPECT_EQ(upper, win::iswctype(character, 1) != 0) << character;
         EXPECT_EQ(lower, win::iswctype(character, 2) != 0) << character;
     }
+}
+
+TEST(CharacterType, of_other_alphabets_letters_have_a_case_too) {
+    struct Pair {
+        std::uint16_t upper, lower;
+    };
+    // Latin, Greek, Cyrillic, Armenian, Georgian, full width
+    for (Pair const pair : {Pair{0xc4, 0xe4}, Pair{0x100, 0x101}, Pair{0x178, 0xff},
+                            Pair{0x391, 0x3b1}, Pair{0x416, 0x436}, Pair{0x531, 0x561},
+                            Pair{0x10a0, 0x2d00}, Pair{0x1e00, 0x1e01}, Pair{0xff21, 0xff41}}) {
+        EXPECT_EQ(1, win::iswctype(pair.upper, 1)) << pair.upper;
+        EXPECT_EQ(0, win::iswctype(pair.upper, 2)) << pair.upper;
+        EXPECT_EQ(0, win::iswctype(pair.lower, 1)) << pair.lower;
+        EXPECT_EQ(2, win::iswctype(pair.lower, 2)) << pair.lower;
+    }
+}
+
+TEST(CharacterType, of_a_letter_with_one_form_is_its_forms) {
+    EXPECT_EQ(2, win::iswctype(0xdf, 2));
+    EXPECT_EQ(0, win::iswctype(0xdf, 1));
+}
+
+TEST(CharacterType, of_title_letters_is_both) {
+    for (std::uint16_t const character : std::initializer_list<std::uint16_t>{
+             0x1c5, 0x1c8, 0x1f2, 0x1f88, 0x1f9f, 0x1fac, 0x1ffc}) {
+        EXPECT_EQ(1, win::iswctype(character, 1)) << character;
+        EXPECT_EQ(2, win::iswctype(character, 2)) << character;
+    }
+}
+
+TEST(CharacterType, of_signs_and_modifiers_made_of_letters_is_none) {
+    for (std::uint16_t const character : std::initializer_list<std::uint16_t>{
+             0xaa, 0xb5, 0xba, 0x2b0, 0x2c1, 0x345, 0x1d2c, 0x1d6a, 0x1dbf, 0x2090, 0x2160, 0x217f,
+             0x24b6, 0x24e9, 0x2c7d, 0xa770, 0xab5f}) {
+        EXPECT_EQ(0, win::iswctype(character, 1)) << character;
+        EXPECT_EQ(0, win::iswctype(character, 2)) << character;
+    }
+}
+
+TEST(CharacterType, of_what_is_no_letter_is_none) {
+    // digits, signs, an ideograph, a Hebrew letter, half of a pair, a private one, no character
+    for (std::uint16_t const character : std::initializer_list<std::uint16_t>{
+             0x660, 0xd7, 0xf7, 0x20ac, 0x4e2d, 0x5d0, 0xd800, 0xdc00, 0xe000, 0xfffe, 0xffff}) {
+        EXPECT_EQ(0, win::iswctype(character, 1)) << character;
+        EXPECT_EQ(0, win::iswctype(character, 2)) << character;
+    }
+}
+
+TEST(CharacterType, doesnt_follow_the_locale_of_the_process) {
+    std::string const kept = std::setlocale(LC_ALL, nullptr);
+    for (const char *const locale : {"C", ""}) {
+        std::setlocale(LC_ALL, locale);
+        EXPECT_EQ(1, win::iswctype(0xc4, 1)) << locale;
+        EXPECT_EQ(2, win::iswctype(0x436, 2)) << locale;
+    }
+    std::setlocale(LC_ALL, kept.c_str());
 }

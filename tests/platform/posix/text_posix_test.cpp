@@ -35,3 +35,10 @@ TEST(CompareHere, null_texts_are_told_by_the_largest_number) {
     EXPECT_EQ(INT_MAX, win::_stricmp("a", nullptr));
     EXPECT_EQ(nullptr, win::_strlwr(nullptr));
 }
+
+TEST(CharacterTypeHere, knows_the_two_masks_of_case_only) {
+    for (unsigned mask = 0; mask < 0x10000; mask += 4)
+        EXPECT_EQ(0, win::iswctype('A', static_cast<std::uint16_t>(mask))) << mask;
+    EXPECT_EQ(1, win::iswctype('A', 0x101));
+    EXPECT_EQ(3, win::iswctype(0x1c5, 3));
+}
