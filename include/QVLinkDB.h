@@ -4,4 +4,8 @@
 #include "CNTAdminObject.h"
 #include "CSyncObject.h"
 #include "Diag.h"
+#include "UtilsAllocator.h"
+#include "UtilsBase.h"
+#include "UtilsList.h"
+#include "UtilsVector.h"
 #include "linkdb.h"
