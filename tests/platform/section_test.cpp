@@ -1,8 +1,8 @@
 // Critical sections, on both systems by the documented behaviour.
 #include "services.h"
 
-#include <atomic>
-#include <chrono>
+#include "visitor.h"
+
 #include <thread>
 #include <vector>
 
@@ -22,47 +22,24 @@ private:
     CRITICAL_SECTION m_section;
 };
 
-// A thread that goes into a section and out again, and tells how far it is.
-class Visitor {
+class SectionVisitor : public Visitor {
 public:
-    explicit Visitor(Section &section)
-        : m_thread([this, &section] {
-              section.Enter();
-              m_inside = true;
-              section.Leave();
-          }) {}
-    ~Visitor() { m_thread.join(); }
-    Visitor(Visitor const &) = delete;
-    Visitor &operator=(Visitor const &) = delete;
-
-    bool KeptOut() const {
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
-        return !m_inside;
-    }
-    bool GetsIn() const {
-        auto const end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (!m_inside && std::chrono::steady_clock::now() < end)
-            std::this_thread::yield();
-        return m_inside;
-    }
-
-private:
-    std::atomic<bool> m_inside{false};
-    std::thread m_thread;
+    explicit SectionVisitor(Section &section)
+        : Visitor([&section] { section.Enter(); }, [&section] { section.Leave(); }) {}
 };
 
 } // namespace
 
 TEST(CriticalSection, a_free_one_lets_a_thread_in) {
     Section section;
-    Visitor const visitor(section);
+    SectionVisitor const visitor(section);
     EXPECT_TRUE(visitor.GetsIn());
 }
 
 TEST(CriticalSection, keeps_others_out_until_its_thread_leaves) {
     Section section;
     section.Enter();
-    Visitor const visitor(section);
+    SectionVisitor const visitor(section);
     EXPECT_TRUE(visitor.KeptOut());
     section.Leave();
     EXPECT_TRUE(visitor.GetsIn());
@@ -72,7 +49,7 @@ TEST(CriticalSection, is_left_as_often_as_it_was_entered) {
     Section section;
     for (int i = 0; i < 3; ++i)
         section.Enter();
-    Visitor const visitor(section);
+    SectionVisitor const visitor(section);
     for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(visitor.KeptOut());
         section.Leave();
@@ -84,7 +61,7 @@ TEST(CriticalSection, each_is_a_lock_of_its_own) {
     Section held;
     Section free;
     held.Enter();
-    Visitor const visitor(free);
+    SectionVisitor const visitor(free);
     EXPECT_TRUE(visitor.GetsIn());
     held.Leave();
 }
