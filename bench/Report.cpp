@@ -17,6 +17,13 @@ std::string Short(double value, char const *unit) {
     return Printed(value < 9.995 ? "%.2f " : value < 99.95 ? "%.1f " : "%.0f ", value) + unit;
 }
 
+std::string LowerCase(std::string text) {
+    for (char &c : text)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return text;
+}
+
 } // namespace
 
 std::string Row::Ratio() const { return Short(Value(), against == Against::Rival ? "x" : "times"); }
@@ -84,15 +91,15 @@ void PrintLines(std::vector<std::string> const &lines, bool markdown) {
     std::printf("\n");
 }
 
-Report::Report(bool markdown)
-    : m_markdown(markdown), m_table({{"Objects", 9, false},
-                                     {"Workload", 46, true},
-                                     {"QVLinkDB", 8, false},
-                                     {"Against", 32, true},
-                                     {"takes", 8, false},
-                                     {"Ratio", 11, false},
-                                     {"Target", 14, true}},
-                                    markdown) {}
+Report::Report(bool markdown, std::string const &sizes)
+    : m_markdown(markdown), m_sizes(LowerCase(sizes)), m_table({{sizes, 9, false},
+                                                                {"Workload", 46, true},
+                                                                {"QVLinkDB", 8, false},
+                                                                {"Against", 32, true},
+                                                                {"takes", 8, false},
+                                                                {"Ratio", 11, false},
+                                                                {"Target", 14, true}},
+                                                               markdown) {}
 
 void Report::Add(Row const &row) {
     m_rows.push_back(row);
@@ -110,7 +117,7 @@ void Report::PrintGrowth() const {
         figures[row.workload][row.objects] = Format(row.ours, row.unit);
         sizes[row.objects] = {WithCommas(row.objects), 10, false};
     }
-    std::vector<Column> columns = {{"QVLinkDB by number of objects", 46, true}};
+    std::vector<Column> columns = {{"QVLinkDB by number of " + m_sizes, 46, true}};
     for (auto const &[objects, column] : sizes)
         columns.push_back(column);
     std::printf("\n");
@@ -128,13 +135,15 @@ void Report::PrintSummary() const {
         std::count_if(m_rows.begin(), m_rows.end(), [](Row const &row) { return row.target > 0; });
     auto const met = std::count_if(m_rows.begin(), m_rows.end(),
                                    [](Row const &row) { return row.target > 0 && row.Met(); });
+    if (asked == 0)
+        return;
     std::vector<std::string> lines = {std::to_string(met) + " of " + std::to_string(asked) +
                                       " targets met"};
     for (Row const &row : m_rows)
         if (row.target > 0 && !row.Met())
-            lines.push_back("missed: " + WithCommas(row.objects) + " objects, " + row.workload +
-                            " against " + row.baseline + ": " + row.Ratio() + " (" + row.Verdict() +
-                            ")");
+            lines.push_back("missed: " + WithCommas(row.objects) + " " + m_sizes + ", " +
+                            row.workload + " against " + row.baseline + ": " + row.Ratio() + " (" +
+                            row.Verdict() + ")");
     std::printf("\n");
     PrintLines(lines, m_markdown);
 }

@@ -15,7 +15,7 @@ enum class Against { Rival, Limit };
 
 // One comparison.
 struct Row {
-    std::uint32_t objects;
+    std::uint32_t objects; // or what else the sizes are
     std::string workload;
     Unit unit;
     double ours;
@@ -58,14 +58,16 @@ void PrintLines(std::vector<std::string> const &lines, bool markdown);
 
 class Report {
 public:
-    explicit Report(bool markdown);
+    // `sizes` is what the first column counts, as its title.
+    explicit Report(bool markdown, std::string const &sizes = "Objects");
 
     void Add(Row const &row);
-    void PrintGrowth() const; // our own figures by size, a line a workload
-    void PrintSummary() const;
+    void PrintGrowth() const;  // our own figures by size, a line a workload
+    void PrintSummary() const; // of the targets, if there are any
 
 private:
     bool m_markdown;
+    std::string m_sizes; // in lower case
     Table m_table;
     std::vector<Row> m_rows;
 };

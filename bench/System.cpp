@@ -21,11 +21,6 @@
 namespace bench {
 namespace {
 
-bool CountsProcessorTime() {
-    char const *const clock = std::getenv("QVLINKDB_BENCH_CLOCK");
-    return clock != nullptr && std::string(clock) == "cpu";
-}
-
 [[noreturn]] void Fail(std::string const &what) { throw std::runtime_error(what); }
 
 std::string FindLine(char const *file, std::string const &key) {
@@ -67,6 +62,11 @@ void WriteAll(int file, unsigned char const *bytes, std::size_t size) {
 }
 
 } // namespace
+
+bool CountsProcessorTime() {
+    char const *const clock = std::getenv("QVLINKDB_BENCH_CLOCK");
+    return clock != nullptr && std::string(clock) == "cpu";
+}
 
 double Now() {
     static clockid_t const clock =

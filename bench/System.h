@@ -7,7 +7,9 @@
 
 namespace bench {
 
-// Elapsed time, or the processor time of this process if QVLINKDB_BENCH_CLOCK is "cpu".
+// Whether QVLINKDB_BENCH_CLOCK is "cpu".
+bool CountsProcessorTime();
+// Elapsed time, or then the processor time of this process.
 double Now();
 
 template <class Work> double Seconds(Work work) {
