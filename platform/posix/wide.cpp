@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <clocale>
+#include <cwctype>
 #include <iterator>
-#include <locale.h>
-#include <wctype.h>
 
 namespace platform {
 namespace {

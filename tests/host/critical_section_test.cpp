@@ -186,10 +186,12 @@ TEST(CriticalSectionObject, an_assignment_takes_the_states_and_leaves_the_lock_h
     EXPECT_EQ((States{0, 1, 1}), lock.states);
     EXPECT_EQ(1, lock.IsObjectAttached());
     EXPECT_EQ(0, lock.released);
-    LockVisitor const visitor(lock);
-    EXPECT_TRUE(visitor.KeptOut());
-    lock.UnLock(); // entered once
-    EXPECT_TRUE(visitor.GetsIn());
+    {
+        LockVisitor const visitor(lock);
+        EXPECT_TRUE(visitor.KeptOut());
+        lock.UnLock(); // entered once
+        EXPECT_TRUE(visitor.GetsIn());
+    }
     EXPECT_EQ(1, lock.released);
     other.UnLock();
     other.UnLock();

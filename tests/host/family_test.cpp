@@ -185,6 +185,9 @@ TEST(AdminObject, a_copy_takes_both_fields) {
     assigned = object;
     EXPECT_EQ(OS_WIN98, assigned.GetOS());
     EXPECT_EQ(&place, assigned.sid);
+    object.DetermineOS();
+    EXPECT_EQ(OS_NT_LATER, object.GetOS());
+    EXPECT_EQ(OS_WIN98, copy.GetOS());
 }
 
 TEST(AdminObject, an_assignment_to_itself_does_nothing) {

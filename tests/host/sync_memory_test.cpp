@@ -105,14 +105,14 @@ TEST(SyncMemory, nested_locks_are_entered_as_often_as_they_succeed) {
 
 TEST(SyncMemory, what_cant_be_made_leaves_nothing_behind) {
     OpenSync const object(longName);
-    UTILS::CCriticalSection lock;
+    OpenSection lock;
     lock.Lock();
     std::size_t const live = AllocationWatch::LiveBlocks();
     auto const same = [&] { EXPECT_EQ(live, AllocationWatch::LiveBlocks()); };
-    EXPECT_LT(0u, FailEach([] { OpenSync const made(longName); }, same));
-    EXPECT_LT(0u, FailEach([&] { OpenSync const made(object); }, same));
-    EXPECT_LT(0u, FailEach([] { UTILS::CCriticalSection const made; }, same));
-    EXPECT_LT(0u, FailEach([&] { UTILS::CCriticalSection const made(lock); }, same));
+    EXPECT_LT(1u, FailEach([] { auto const made = std::make_unique<OpenSync>(longName); }, same));
+    EXPECT_LT(1u, FailEach([&] { auto const made = std::make_unique<OpenSync>(object); }, same));
+    EXPECT_LT(1u, FailEach([] { auto const made = std::make_unique<OpenSection>(); }, same));
+    EXPECT_LT(1u, FailEach([&] { auto const made = std::make_unique<OpenSection>(lock); }, same));
     same();
     lock.UnLock();
 }
