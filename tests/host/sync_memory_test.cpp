@@ -134,6 +134,13 @@ TEST(SyncMemory, an_assignment_that_fails_changes_nothing) {
     EXPECT_EQ(1, object.attached);
 }
 
+TEST(SyncMemory, an_assignment_to_itself_needs_none) {
+    OpenSync object(longName);
+    OpenSync const &same = object;
+    EXPECT_FALSE(Throws(1, [&] { object = same; }));
+    EXPECT_EQ(longName, object.name);
+}
+
 TEST(SyncMemory, a_class_that_cant_be_named_is_told_later) {
     std::uint64_t number = 1;
     bool failed = true;
