@@ -94,6 +94,11 @@ public:
     void UBaseCopy(UtilsBase const &other);
 
 protected:
+    // Where in the text piece number `piece` lies: see parse. False if there is none.
+    bool FindPiece(T const *textBegin, T const *textEnd, T const *separatorBegin,
+                   T const *separatorEnd, unsigned long piece, int caseMode, int keepFront,
+                   unsigned long *foundOffset, int noWhole, unsigned long &begin,
+                   unsigned long &end) const;
     // Reverses a range in place and writes a terminator at its end. A null end is measured.
     void reverse(T *begin, T const *end);
 

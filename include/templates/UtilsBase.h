@@ -81,33 +81,46 @@ int UtilsBase<T>::search(T const *patternBegin, T const *patternEnd, T const *te
     }
 }
 
-template <typename T> int UtilsBase<T>::parse(T const *textBegin, T const *textEnd, T *out,
-                                              T const *separatorBegin, T const *separatorEnd,
-                                              unsigned long piece, int caseMode, int keepFront,
-                                              unsigned long *foundOffset, int noWhole) const {
+template <typename T> bool UtilsBase<T>::FindPiece(T const *textBegin, T const *textEnd,
+                                                   T const *separatorBegin, T const *separatorEnd,
+                                                   unsigned long piece, int caseMode, int keepFront,
+                                                   unsigned long *foundOffset, int noWhole,
+                                                   unsigned long &begin, unsigned long &end) const {
     Range<T> const text(textBegin, textEnd);
     Range<T> const separator(separatorBegin, separatorEnd);
     if (text.size == 0 || separator.size == 0) {
-        return 0;
+        return false;
     }
     unsigned long found = 0;
     unsigned long prev = 0;
-    unsigned long end = text.size;
-    bool whole = false;
+    begin = 0;
+    end = text.size;
     if (search(separatorBegin, separatorEnd, textBegin, textEnd, found, caseMode, piece, &prev)) {
         end = found;
         if (foundOffset) {
             *foundOffset = found;
         }
     } else if (prev == 0) {
-        whole = foundOffset && !noWhole;
-        if (!whole) {
-            return 0;
-        }
+        return foundOffset && !noWhole; // the text is one piece
     }
     // A separator at the very front is no previous one: prev is 0 for it, too.
-    unsigned long const start = keepFront || whole || prev == 0 ? 0 : prev + separator.size;
-    T *const last = std::copy(textBegin + (std::min)(start, end), textBegin + end, out);
+    if (!keepFront && prev != 0) {
+        begin = (std::min)(prev + separator.size, end);
+    }
+    return true;
+}
+
+template <typename T> int UtilsBase<T>::parse(T const *textBegin, T const *textEnd, T *out,
+                                              T const *separatorBegin, T const *separatorEnd,
+                                              unsigned long piece, int caseMode, int keepFront,
+                                              unsigned long *foundOffset, int noWhole) const {
+    unsigned long begin = 0;
+    unsigned long end = 0;
+    if (!FindPiece(textBegin, textEnd, separatorBegin, separatorEnd, piece, caseMode, keepFront,
+                   foundOffset, noWhole, begin, end)) {
+        return 0;
+    }
+    T *const last = std::copy(textBegin + begin, textBegin + end, out);
     if (caseCapable) {
         *last = T();
     }
@@ -118,10 +131,11 @@ template <typename T> int UtilsBase<T>::parse(T const *textBegin, T const *textE
 // as its terminator.
 template <typename T>
 unsigned long UtilsBase<T>::Reach(T const *run, unsigned long size, unsigned long limit) const {
-    bool ended = !caseCapable;
-    while (size < limit && !ended) {
-        ended = std::memcmp(run + size, "\0\0", (std::min)(sizeof(T), std::size_t{2})) == 0;
-        ++size;
+    if constexpr (!std::is_class_v<T>) {
+        bool ended = !caseCapable;
+        while (size < limit && !ended) {
+            ended = run[size++] == T();
+        }
     }
     return size;
 }
@@ -205,6 +219,9 @@ template <> int UtilsBase<int>::search(int const *, int const *, int const *, in
                                        unsigned long *) const = delete;
 template <> int UtilsBase<int>::parse(int const *, int const *, int *, int const *, int const *,
                                       unsigned long, int, int, unsigned long *, int) const = delete;
+template <> bool UtilsBase<int>::FindPiece(int const *, int const *, int const *, int const *,
+                                           unsigned long, int, int, unsigned long *, int,
+                                           unsigned long &, unsigned long &) const = delete;
 template <> int UtilsBase<int>::compare(int const *, int const *, int, int, unsigned long,
                                         unsigned long) const = delete;
 template <>
