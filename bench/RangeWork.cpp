@@ -1,7 +1,9 @@
 // Searches and comparisons of runs of char, whose answers are compared before the clock runs.
 #include <cstring>
 #include <memory>
+#include <utility>
 
+#include <strings.h>
 #include <UtilsVector.h>
 
 #include "Contest.h"
@@ -155,7 +157,8 @@ public:
                                 strcasestr(texts->text.c_str(), texts->folded.c_str()));
             },
             answer);
-        m_contests.insert(m_contests.end(), {exact, blind});
+        m_contests.push_back(std::move(exact));
+        m_contests.push_back(std::move(blind));
     }
 
     void AddComparisons(SharedTexts const &texts) {
@@ -179,7 +182,8 @@ public:
         Add(
             blind, "strcasecmp",
             [=] { return Sign(strcasecmp(texts->text.c_str(), texts->folded.c_str())); }, -1);
-        m_contests.insert(m_contests.end(), {exact, blind});
+        m_contests.push_back(std::move(exact));
+        m_contests.push_back(std::move(blind));
     }
 
     std::vector<Contest> Take() { return std::move(m_contests); }
