@@ -35,6 +35,8 @@ public:
     Entry() {
         KeepOwnPath();
         DllMain(OwnModule(), DLL_PROCESS_ATTACH, nullptr);
+        // The program may still choose another prefix, before it calls anything.
+        ForgetPrefix();
     }
 
     // The third argument tells, as on Windows, that the process ends. Nothing is given

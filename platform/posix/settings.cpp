@@ -11,6 +11,7 @@ std::mutex settingsMutex;
 // By a plain pointer, so that the library's last work, at the end of the process, still
 // has them.
 std::shared_ptr<Settings const> *heldSettings = nullptr;
+bool areApplied = false;
 
 void Hold(Settings settings) {
     auto held = std::make_unique<std::shared_ptr<Settings const>>(
@@ -42,6 +43,15 @@ void ApplySettings(Settings const &settings) {
     }
     std::lock_guard<std::mutex> const lock(settingsMutex);
     Hold(std::move(applied));
+    areApplied = true;
+}
+
+void ForgetPrefix() {
+    std::lock_guard<std::mutex> const lock(settingsMutex);
+    if (!areApplied) {
+        delete heldSettings;
+        heldSettings = nullptr;
+    }
 }
 
 void ReleaseSettings() {

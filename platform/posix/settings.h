@@ -10,6 +10,9 @@ namespace platform {
 // What holds now; stays as it is while the caller has it.
 std::shared_ptr<Settings const> SettingsNow();
 
+// Reads the prefix again when it is next needed, unless settings were applied.
+void ForgetPrefix();
+
 // Frees the settings, before the library is unloaded.
 void ReleaseSettings();
 

@@ -46,6 +46,14 @@ int WriteSettings(Arguments const &arguments) {
 
 Role const writeSettings("write-settings", WriteSettings);
 
+// Chooses the prefix itself: its path, then the file to write.
+int ChoosePrefix(std::vector<std::string> const &arguments) {
+    setenv("QVPREFIX", arguments[0].c_str(), 1);
+    return WriteSettings({arguments[1]});
+}
+
+Role const choosePrefix("choose-prefix", ChoosePrefix);
+
 class Environment {
 public:
     Environment(const char *name, std::string const &value) : m_name(name) {
@@ -196,6 +204,16 @@ TEST_F(Prefix, is_found_by_the_environment) {
     }
     Environment const prefix("QVPREFIX", m_folder.Directory());
     EXPECT_EQ(m_folder.Directory() + "/registry", told());
+}
+
+// The library itself has asked for the version by then.
+TEST_F(Prefix, may_be_chosen_by_the_program_before_its_first_call) {
+    auto const settingsFile = (m_folder.Path() / "told").string();
+    ASSERT_EQ(0, RunRole("choose-prefix", {m_folder.Directory(), settingsFile}));
+    std::ifstream file(settingsFile);
+    std::string registry;
+    std::getline(file, registry);
+    EXPECT_EQ(m_folder.Directory() + "/registry", registry);
 }
 
 TEST(Settings, hold_for_the_calls_made_after_they_are_applied) {
