@@ -133,4 +133,20 @@ inline FARPROC GetProcAddress(HMODULE module, const char *name) {
                                   [=] { return host::GetProcAddress(module, name); });
 }
 
+inline int WideCharToMultiByte(UINT codePage, DWORD flags, const unsigned short *wide, int length,
+                               char *buffer, int capacity, const char *substitute,
+                               BOOL *substituted) {
+    return testing_hooks::Guarded(testing_hooks::About("WideCharToMultiByte"), 0, [=] {
+        return host::WideCharToMultiByte(codePage, flags, wide, length, buffer, capacity,
+                                         substitute, substituted);
+    });
+}
+
+inline int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int length,
+                               unsigned short *buffer, int capacity) {
+    return testing_hooks::Guarded(testing_hooks::About("MultiByteToWideChar"), 0, [=] {
+        return host::MultiByteToWideChar(codePage, flags, bytes, length, buffer, capacity);
+    });
+}
+
 } // namespace win

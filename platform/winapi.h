@@ -70,6 +70,19 @@ using ::_splitpath_s;
 using ::_stricmp;
 using ::_strlwr;
 using ::iswctype;
+// Code pages: wide text is in 16-bit units, `unsigned short`, on both systems.
+using ::GetACP;
+inline int WideCharToMultiByte(UINT codePage, DWORD flags, const unsigned short *wide, int length,
+                               char *buffer, int capacity, const char *substitute,
+                               BOOL *substituted) {
+    return ::WideCharToMultiByte(codePage, flags, reinterpret_cast<const wchar_t *>(wide), length,
+                                 buffer, capacity, substitute, substituted);
+}
+inline int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int length,
+                               unsigned short *buffer, int capacity) {
+    return ::MultiByteToWideChar(codePage, flags, bytes, length,
+                                 reinterpret_cast<wchar_t *>(buffer), capacity);
+}
 #endif
 
 } // namespace win::host

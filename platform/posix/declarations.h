@@ -104,6 +104,15 @@ constexpr DWORD MEM_RELEASE = 0x8000;
 constexpr DWORD MEM_FREE = 0x10000;
 constexpr DWORD MEM_IMAGE = 0x1000000;
 
+constexpr UINT CP_ACP = 0;
+constexpr UINT CP_UTF8 = 65001;
+constexpr DWORD WC_SEPCHARS = 0x20;
+constexpr DWORD WC_ERR_INVALID_CHARS = 0x80;
+constexpr DWORD WC_COMPOSITECHECK = 0x200;
+constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
+constexpr DWORD MB_PRECOMPOSED = 1;
+constexpr DWORD MB_ERR_INVALID_CHARS = 8;
+
 constexpr DWORD ERROR_SUCCESS = 0;
 constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 constexpr DWORD ERROR_PATH_NOT_FOUND = 3;
@@ -137,6 +146,8 @@ constexpr DWORD ERROR_FILE_TOO_LARGE = 223;
 constexpr DWORD ERROR_NOT_OWNER = 288;
 constexpr DWORD ERROR_MUTANT_LIMIT_EXCEEDED = 587;
 constexpr DWORD ERROR_NOACCESS = 998;
+constexpr DWORD ERROR_INVALID_FLAGS = 1004;
+constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
 constexpr DWORD ERROR_IO_DEVICE = 1117;
 constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 
@@ -209,5 +220,14 @@ char *_strlwr(char *text);
 // Whether a character is an upper-case (mask 1) or lower-case (2) letter, by Unicode and
 // whatever the process's locale; the answer has the bits of the mask that hold.
 int iswctype(std::uint16_t character, std::uint16_t mask);
+
+// Code pages: 65001, and those that the C library knows by their numbers and ASCII is a part
+// of; CP_ACP is the settings' page. Without WC_COMPOSITECHECK's 0x200 a mark stays a
+// character of its own.
+UINT GetACP();
+int WideCharToMultiByte(UINT codePage, DWORD flags, const unsigned short *wide, int length,
+                        char *buffer, int capacity, const char *substitute, BOOL *substituted);
+int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int length,
+                        unsigned short *buffer, int capacity);
 
 } // namespace win::host

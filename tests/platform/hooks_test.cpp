@@ -75,6 +75,7 @@ TEST_F(Hooks, make_a_call_fail_without_reaching_the_system) {
 TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
     m_script.code = 5;
     char buffer[10];
+    unsigned short wide[1] = {'a'};
     DWORD count = 0;
     LARGE_INTEGER size;
     OSVERSIONINFOA version{};
@@ -104,6 +105,10 @@ TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
     EXPECT_TRUE(failing("GetModuleHandleA") && !win::GetModuleHandleA(nullptr));
     EXPECT_TRUE(failing("LoadLibraryA") && !win::LoadLibraryA("x"));
     EXPECT_TRUE(failing("GetProcAddress") && !win::GetProcAddress(nullptr, "x"));
+    EXPECT_TRUE(failing("WideCharToMultiByte") &&
+                !win::WideCharToMultiByte(1252, 0, wide, 1, buffer, 10, nullptr, nullptr));
+    EXPECT_TRUE(failing("MultiByteToWideChar") &&
+                !win::MultiByteToWideChar(1252, 0, "a", 1, wide, 1));
     EXPECT_EQ(5u, win::GetLastError());
     m_script.failing.clear();
 }
