@@ -13,7 +13,6 @@
 #pragma once
 
 #include <list>
-#include <vector>
 
 #include "UtilsBase.h"
 
@@ -250,7 +249,6 @@ protected:
 
 private:
     static constexpr const char *SOURCE = "UtilsList";
-    struct Segment; // of a sort: its ends and their positions
 
     void Init(int scheme, int caseSetting);
     Node<T> *NewNode(T *data, Node<T> *next, Node<T> *previous, unsigned long size);
@@ -280,7 +278,8 @@ private:
     void class_specific_fast_qsort(Node<T> *first, Node<T> *last, unsigned long firstPosition,
                                    unsigned long lastPosition);
     void ShellPass(Node<T> *first, Node<T> *last, unsigned long increment);
-    void SortSegment(Segment const &segment, std::vector<Segment> &open);
+    Node<T> *Partition(Node<T> *first, Node<T> *last, unsigned long &iPosition,
+                       unsigned long jPosition);
 };
 
 // A doubly linked list of pairs in the order of their addition. There is no lookup and no

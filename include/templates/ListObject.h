@@ -318,7 +318,8 @@ template <typename T> void ListObject<T>::Unlink(Node<T> *victim) {
     template <> void ListObject<T>::class_specific_qsort(Node<T> *, Node<T> *) = delete;           \
     template <> void ListObject<T>::class_specific_fast_qsort(Node<T> *, Node<T> *, unsigned long, \
                                                               unsigned long) = delete;             \
-    template <> void ListObject<T>::SortSegment(Segment const &, std::vector<Segment> &) = delete; \
+    template <> Node<T> *ListObject<T>::Partition(Node<T> *, Node<T> *, unsigned long &,           \
+                                                  unsigned long) = delete;                         \
     template <> void ListObject<T>::ShellPass(Node<T> *, Node<T> *, unsigned long) = delete
 QVLINKDB_PLAIN_LIST(char);
 QVLINKDB_PLAIN_LIST(unsigned char);

@@ -56,7 +56,7 @@ template <typename T> int ListObject<T>::bin_search(T const *item, Node<T> *firs
 }
 
 // Bisects the links between `first` and `last`, of `count` nodes, from `middle`. Where the
-// anchor stands off the middle the walks end at the segment's ends.
+// anchor stands off the middle, walks end at the segment's ends and the index at the list's.
 template <typename T>
 Node<T> *ListObject<T>::bin_search_node(T const *item, Node<T> *first, Node<T> *last,
                                         Node<T> *middle, unsigned long &index, unsigned long count,
@@ -80,7 +80,7 @@ Node<T> *ListObject<T>::bin_search_node(T const *item, Node<T> *first, Node<T> *
         }
         // To the left, any direction that isn't 0 counts as the one from the head.
         bool const up = right == (right ? searchDirection == 1 : searchDirection != 0);
-        index = up ? index + steps : index - steps;
+        index = up ? (std::min)(index + steps, listSize - 1) : index - (std::min)(index, steps);
         Node<T> const *const end = right ? last : first;
         for (; steps != 0 && middle != end; --steps) {
             middle = right ? middle->nextNode : middle->prevNode;

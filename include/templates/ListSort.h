@@ -2,8 +2,6 @@
 // alone, and insertion into a sorted list.
 #pragma once
 
-#include <vector>
-
 #include "../UtilsList.h"
 
 namespace UTILS {
@@ -98,43 +96,44 @@ void ListObject<T>::class_specific_selectionsort(Node<T> *first, Node<T> *last) 
 
 // Quick sorts
 
-template <typename T> struct ListObject<T>::Segment {
-    Node<T> *first;
-    Node<T> *last;
-    unsigned long firstPosition;
-    unsigned long lastPosition;
-};
-
 template <typename T> void ListObject<T>::class_specific_qsort(Node<T> *first, Node<T> *last) {
     class_specific_fast_qsort(first, last, 1, NO_POSITION);
 }
 
-// Segments wait in a list of their own, so that no order of the data costs stack.
+// The smaller part is sorted by a call and the larger one here, so that no order of the data
+// costs stack.
 template <typename T> void ListObject<T>::class_specific_fast_qsort(Node<T> *first, Node<T> *last,
                                                                     unsigned long firstPosition,
                                                                     unsigned long lastPosition) {
     if (lastPosition == NO_POSITION) {
         lastPosition = listSize;
     }
-    std::vector<Segment> open{{first, last, firstPosition, lastPosition}};
-    while (!open.empty()) {
-        Segment const segment = open.back();
-        open.pop_back();
-        if (segment.first != segment.last) {
-            SortSegment(segment, open);
+    while (first != last) {
+        unsigned long position = firstPosition;
+        Node<T> *const pivot = Partition(first, last, position, lastPosition);
+        if (position - firstPosition < lastPosition - position) {
+            if (pivot != first) {
+                class_specific_fast_qsort(first, pivot->prevNode, firstPosition, position - 1);
+            }
+            first = pivot->nextNode;
+            firstPosition = position + 1;
+        } else {
+            if (pivot != last) {
+                class_specific_fast_qsort(pivot->nextNode, last, position + 1, lastPosition);
+            }
+            last = pivot->prevNode;
+            lastPosition = position - 1;
         }
     }
 }
 
-// Around the last node's data: the scan from the front stops at what equals it, the one from
-// the back doesn't.
-template <typename T>
-void ListObject<T>::SortSegment(Segment const &segment, std::vector<Segment> &open) {
-    auto const [first, last, firstPosition, lastPosition] = segment;
+// Around the last node's data, whose place is returned. The scan from the front stops at what
+// equals it, the one from the back doesn't. The positions are those of the two scans.
+template <typename T> Node<T> *ListObject<T>::Partition(Node<T> *first, Node<T> *last,
+                                                        unsigned long &iPosition,
+                                                        unsigned long jPosition) {
     Node<T> *i = first;
     Node<T> *j = last;
-    unsigned long iPosition = firstPosition;
-    unsigned long jPosition = lastPosition;
     for (;;) {
         for (; i != last && i->CompareData(*last, i->GetSizeOfData()) < 0; ++iPosition) {
             i = i->nextNode;
@@ -148,12 +147,7 @@ void ListObject<T>::SortSegment(Segment const &segment, std::vector<Segment> &op
         swapnode(i, j);
     }
     swapnode(i, last);
-    if (i != last) {
-        open.push_back({i->nextNode, last, iPosition + 1, lastPosition});
-    }
-    if (i != first) {
-        open.push_back({first, i->prevNode, firstPosition, iPosition - 1});
-    }
+    return i;
 }
 
 // The shell sort
