@@ -12,6 +12,8 @@
 // none, and what they return isn't guarded afterwards.
 #pragma once
 
+#include <memory>
+
 #include "UtilsList.h"
 
 namespace UTILS {
@@ -55,9 +57,9 @@ public:
     void Zero();
     void Reverse();
     // The block, borrowed; good until the next change.
-    T *Retrieve() const { return storage->GetMemoryBlock(); }
-    operator T const *() const { return storage->GetMemoryBlock(); }
-    unsigned long RetrieveSize() const { return dataSize; }
+    T *Retrieve() const;
+    operator T const *() const;
+    unsigned long RetrieveSize() const;
 
 protected:
     using UtilsBase<T>::NullTerminate;
@@ -120,7 +122,7 @@ protected:
 
 private:
     template <typename Item>
-    void Replace(UtilsAllocator<Item> *&store, UtilsAllocator<Item> *fresh);
+    void Replace(UtilsAllocator<Item> *&store, std::unique_ptr<UtilsAllocator<Item>> fresh);
     template <typename Item>
     void CopyStore(UtilsAllocator<Item> *&store, UtilsAllocator<Item> const *other);
     template <typename Item> static Item &At(UtilsAllocator<Item> *store, unsigned long index);

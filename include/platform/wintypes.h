@@ -12,6 +12,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "../linkdb_export.h"
+
 using BOOL = int;
 using BYTE = unsigned char;
 using WORD = std::uint16_t;
@@ -39,7 +41,7 @@ struct SID_AND_ATTRIBUTES {
     PSID Sid;
     DWORD Attributes;
 };
-struct _TOKEN_GROUPS {
+struct QVLINKDB_API _TOKEN_GROUPS { // what is instantiated for it is exported only if it is
     DWORD GroupCount;
     SID_AND_ATTRIBUTES Groups[1]; // as many as are counted
 };

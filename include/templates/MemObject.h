@@ -49,6 +49,12 @@ template <typename T> const char *MemObject<T>::derived_class() const {
     return ClassName(typeid(*this));
 }
 
+template <typename T> T *MemObject<T>::Retrieve() const { return storage->GetMemoryBlock(); }
+
+template <typename T> MemObject<T>::operator T const *() const { return storage->GetMemoryBlock(); }
+
+template <typename T> unsigned long MemObject<T>::RetrieveSize() const { return dataSize; }
+
 template <typename T> MemObject<T> &MemObject<T>::operator=(MemObject const &other) {
     if (this == &other) {
         return *this;
@@ -92,16 +98,15 @@ template <typename T> void MemObject<T>::Append(T const *data, unsigned long siz
         return;
     }
     size = size ? size : this->GetSizeOfData(data, nullptr);
-    // The data may be of this very run, whose block moves.
+    // The data may lie in this very block, which goes.
     std::less<T const *> const below;
-    T const *const block = Retrieve();
-    bool const own = !below(data, block) && below(data, block + storage->GetLength());
-    auto const offset = own ? data - block : 0;
+    bool const own = !below(data, Retrieve()) && below(data, Retrieve() + storage->GetLength());
+    std::unique_ptr<T[]> const kept(own && size ? storage->AllocateMemory(nullptr, size) : nullptr);
+    std::copy(data, data + (kept ? size : 0), kept.get());
     unsigned long const oldSize = dataSize;
     ScopedLock const held(syncLock);
     Resize(oldSize + size);
-    T *const end = Retrieve() + oldSize;
-    storage->CopyMem(end, own ? Retrieve() + offset : data, size);
+    storage->CopyMem(Retrieve() + oldSize, kept ? kept.get() : data, size);
     NullTerminate();
 }
 

@@ -44,16 +44,16 @@ Item &Utils<T, H>::At(UtilsAllocator<Item> *store, unsigned long index) {
 }
 
 // Puts a store in the place of the one that is there.
-template <typename T, typename H> template <typename Item>
-void Utils<T, H>::Replace(UtilsAllocator<Item> *&store, UtilsAllocator<Item> *fresh) {
+template <typename T, typename H> template <typename Item> void
+Utils<T, H>::Replace(UtilsAllocator<Item> *&store, std::unique_ptr<UtilsAllocator<Item>> fresh) {
     ScopedLock const held(syncLock);
-    delete std::exchange(store, fresh);
+    delete std::exchange(store, fresh.release());
 }
 
 template <typename T, typename H> template <typename Item>
 void Utils<T, H>::CopyStore(UtilsAllocator<Item> *&store, UtilsAllocator<Item> const *other) {
     if (store != other || !other) {
-        Replace(store, other ? std::make_unique<UtilsAllocator<Item>>(*other).release() : nullptr);
+        Replace(store, other ? std::make_unique<UtilsAllocator<Item>>(*other) : nullptr);
     }
 }
 
@@ -100,32 +100,35 @@ void Utils<T, H>::BuildVector(unsigned long count, T const *data, unsigned long 
     for (unsigned long i = 0; data && i < count; ++i) {
         (*fresh)[i].Append(data, size);
     }
-    Replace(vectorStore, fresh.release());
+    Replace(vectorStore, std::move(fresh));
 }
 
-// The new run is made first: the data may be of a run of this very vector.
+// Into a new store: the data may be of a run of this very vector, and memory may end.
 template <typename T, typename H> void Utils<T, H>::AddVector(T const *data, unsigned long size) {
-    if (!vectorStore || vectorStore->GetLength() == 0) {
-        BuildVector(1, data, size);
-        return;
-    }
-    MemObject<T> added;
-    added.Append(data, size);
     ScopedLock const held(syncLock);
-    unsigned long const count = vectorStore->GetLength();
-    vectorStore->urealloc(count + 1);
-    (*vectorStore)[count] = added;
+    unsigned long const count = vectorStore ? vectorStore->GetLength() : 0;
+    auto fresh = std::make_unique<UtilsAllocator<MemObject<T>>>(count + 1);
+    if (count != 0) {
+        fresh->CopyMem(vectorStore->GetMemoryBlock(), count);
+    }
+    (*fresh)[count].Append(data, size);
+    Replace(vectorStore, std::move(fresh));
 }
 
 template <typename T, typename H> void Utils<T, H>::RemoveVectorItem(unsigned long index) {
     ScopedLock const held(syncLock);
     At(vectorStore, index);
     unsigned long const last = vectorStore->GetLength() - 1;
-    for (unsigned long i = index; i < last; ++i) {
-        (*vectorStore)[i] = (*vectorStore)[i + 1];
+    if (last == 0) {
+        (*vectorStore)[0ul].Empty();
+        vectorStore->urealloc(last); // refused, and the caller is told so
+        return;
     }
-    (*vectorStore)[last].Empty();
-    vectorStore->urealloc(last);
+    auto fresh = std::make_unique<UtilsAllocator<MemObject<T>>>(last);
+    MemObject<T> *const items = vectorStore->GetMemoryBlock();
+    fresh->CopyMem(items, index);
+    fresh->CopyMem(fresh->GetMemoryBlock() + index, items + index + 1, last - index);
+    Replace(vectorStore, std::move(fresh));
 }
 
 template <typename T, typename H>
@@ -145,7 +148,7 @@ template <typename T, typename H> void Utils<T, H>::BuildList(unsigned long coun
     for (unsigned long i = 0; i < count; ++i) {
         (*fresh)[i].SetListAllocationScheme(scheme);
     }
-    Replace(listStore, fresh.release());
+    Replace(listStore, std::move(fresh));
 }
 
 template <typename T, typename H>

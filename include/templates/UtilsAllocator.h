@@ -154,13 +154,23 @@ template <typename T> void UtilsAllocator<T>::SetMemoryPointer(T *pointer) {
     memoryBlock = pointer;
 }
 
+template <typename T> void UtilsAllocator<T>::urealloc(unsigned long n) { ReAllocateMemory(n); }
+
+template <typename T> T *UtilsAllocator<T>::GetMemoryBlock() const { return memoryBlock; }
+
+template <typename T> T *UtilsAllocator<T>::ugetmem() const { return memoryBlock; }
+
+template <typename T> UtilsAllocator<T>::operator T *() const { return memoryBlock; }
+
+template <typename T> int UtilsAllocator<T>::AllocationScheme() const { return allocationScheme; }
+
 template <typename T> unsigned long UtilsAllocator<T>::GetLength() const { return blockLength; }
 
 template <typename T> unsigned long UtilsAllocator<T>::GetHeight() const { return blockHeight; }
 
 template <typename T> T const &UtilsAllocator<T>::operator[](unsigned long index) const {
     if (index >= blockLength || !memoryBlock) {
-        ThrowOutOfRange(index, isMatrix ? 0 : blockLength, SOURCE, __LINE__);
+        ThrowOutOfRange(index, blockLength, SOURCE, __LINE__);
     }
     return memoryBlock[index];
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <type_traits>
 
 #include "../UtilsBase.h"
@@ -22,6 +23,19 @@ template <typename T> void UtilsBase<T>::Init() {
 template <typename T> const char *UtilsBase<T>::derived_class() const {
     return ClassName(typeid(*this));
 }
+
+template <typename T> int UtilsBase<T>::isupper(T const &) const { return 0; }
+template <typename T> int UtilsBase<T>::islower(T const &) const { return 0; }
+template <typename T> int UtilsBase<T>::iswupper(T const &) const { return 0; }
+template <typename T> int UtilsBase<T>::iswlower(T const &) const { return 0; }
+template <typename T> T UtilsBase<T>::utoupper(T const &value) const { return value; }
+template <typename T> T UtilsBase<T>::utolower(T const &value) const { return value; }
+template <typename T> T UtilsBase<T>::uwtoupper(T const &value) const { return value; }
+template <typename T> T UtilsBase<T>::uwtolower(T const &value) const { return value; }
+
+template <typename T> unsigned long UtilsBase<T>::GetCharSize() const { return charSize; }
+
+template <typename T> int UtilsBase<T>::IsTypeSafeForCase() const { return IsCaseType(); }
 
 template <typename T> void UtilsBase<T>::UBaseCopy(UtilsBase const &other) {
     if (this != &other) {
@@ -52,6 +66,8 @@ template <typename T>
 int UtilsBase<T>::CompareElements(T const &a, T const &b, int caseMode) const {
     if constexpr (std::is_class_v<T>) {
         return a.Compare(b);
+    } else if (a == b) {
+        return 0;
     } else {
         return caseMode == 0 ? Order(toupper(a), toupper(b)) : Order(a, b);
     }
@@ -169,7 +185,7 @@ int UtilsBase<T>::datacmp(T const *a, T const *b, unsigned long count, int caseM
     if (!a || !b) {
         return a ? 1 : b ? -1 : 0;
     }
-    for (unsigned long i = 0; i < count; ++i) {
+    for (unsigned long i = EqualBytes(a, b, count); i < count; ++i) {
         if (int const order = CompareElements(a[i], b[i], caseMode)) {
             return order < 0 ? -1 : 1;
         }
@@ -200,11 +216,10 @@ template <typename T> void UtilsBase<T>::NullTerminate(T *position) {
 
 template <typename T> void UtilsBase<T>::reverse(T *begin, T const *end) {
     unsigned long const length = GetSizeOfData(begin, end);
-    T *const reversed = scratch.AllocateMemory(nullptr, length + charSize);
-    std::reverse_copy(begin, begin + length, reversed);
-    scratch.CopyMem(begin, reversed, length);
+    std::unique_ptr<T[]> const reversed(scratch.AllocateMemory(nullptr, length + charSize));
+    std::reverse_copy(begin, begin + length, reversed.get());
+    scratch.CopyMem(begin, reversed.get(), length);
     NullTerminate(begin + length);
-    scratch.FreeMemory(reversed);
 }
 
 template <typename T> void UtilsBase<T>::selection_sort(T *begin, T *end) {
