@@ -91,7 +91,7 @@ public:
     // Resizes the block to `n` elements and keeps what fits; what is new isn't initialised.
     // The same length keeps the block where it is. Not for views, matrices and 0.
     void ReAllocateMemory(unsigned long n);
-    void urealloc(unsigned long n) { ReAllocateMemory(n); }
+    void urealloc(unsigned long n);
     // The same for the matrix. Not for views, blocks and zero sizes.
     void ReAllocateMatrix(unsigned long length, unsigned long height);
     // Copies `n` elements into the block, or as many as it has. A matrix is left alone; a view
@@ -104,12 +104,12 @@ public:
     // keeps the memory alive. Refused when the object owns memory.
     void SetMemoryPointer(T *pointer);
 
-    T *GetMemoryBlock() const { return memoryBlock; }
-    T *ugetmem() const { return memoryBlock; }
-    operator T *() const { return memoryBlock; }
+    T *GetMemoryBlock() const;
+    T *ugetmem() const;
+    operator T *() const;
     unsigned long GetLength() const;
     unsigned long GetHeight() const;
-    int AllocationScheme() const { return allocationScheme; }
+    int AllocationScheme() const;
 
     // Element `index`; an index from the length on is out of range.
     T &operator[](unsigned long index);

@@ -27,14 +27,14 @@ public:
 
     // The hooks of case folding. This class knows no letters: nothing is upper or lower
     // case, and the conversions give the argument back.
-    virtual int isupper(T const &) const { return 0; }
-    virtual int islower(T const &) const { return 0; }
-    virtual int iswupper(T const &) const { return 0; }
-    virtual int iswlower(T const &) const { return 0; }
-    virtual T utoupper(T const &value) const { return value; }
-    virtual T utolower(T const &value) const { return value; }
-    virtual T uwtoupper(T const &value) const { return value; }
-    virtual T uwtolower(T const &value) const { return value; }
+    virtual int isupper(T const &value) const;
+    virtual int islower(T const &value) const;
+    virtual int iswupper(T const &value) const;
+    virtual int iswlower(T const &value) const;
+    virtual T utoupper(T const &value) const;
+    virtual T utolower(T const &value) const;
+    virtual T uwtoupper(T const &value) const;
+    virtual T uwtolower(T const &value) const;
     // The name of the object's class, good for the life of the process.
     virtual const char *derived_class() const;
     virtual ~UtilsBase();
@@ -84,11 +84,11 @@ public:
     void NullTerminate(T *position);
 
     // Bytes of the terminator, 0 for elements without one.
-    unsigned long GetCharSize() const { return charSize; }
+    unsigned long GetCharSize() const;
 
     // 1 for elements that can be compared blind to case.
     int IsCaseType() const;
-    int IsTypeSafeForCase() const { return IsCaseType(); }
+    int IsTypeSafeForCase() const;
 
     // Takes the state of another object.
     void UBaseCopy(UtilsBase const &other);

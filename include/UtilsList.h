@@ -66,21 +66,21 @@ public:
     void BuildNodeData(T *data, int scheme, int caseMode, Node *next, Node *previous,
                        unsigned long size);
     // The data, borrowed; good until the node's data is replaced.
-    T *Retrieve() const { return storage->GetMemoryBlock(); }
+    T *Retrieve() const;
     using UtilsBase<T>::GetSizeOfData;
-    unsigned long GetSizeOfData() const { return dataSize; }
+    unsigned long GetSizeOfData() const;
     // Overwrites the owned data with at most as many elements as it has room for.
     void datacopy(T const *data, unsigned long size);
     // Replaces the data and its size, as owned or as borrowed as it was.
     void external_datacopy(T const *data, unsigned long size);
-    Node *operator++() { return nextNode; }
-    Node *operator++(int) { return nextNode; }
+    Node *operator++();
+    Node *operator++(int);
 
     // Compare the node's elements with as many of `item`.
-    int operator==(T const *item) const { return Compare(item, dataSize) == 0; }
-    int operator<(T const *item) const { return Compare(item, dataSize) < 0; }
-    int operator>(T const *item) const { return Compare(item, dataSize) > 0; }
-    int operator>=(T const *item) const { return Compare(item, dataSize) >= 0; }
+    int operator==(T const *item) const;
+    int operator<(T const *item) const;
+    int operator>(T const *item) const;
+    int operator>=(T const *item) const;
     // Compares over the larger of the two sizes; a shorter run is less.
     int operator<(Node const &other) const;
 
@@ -117,18 +117,14 @@ public:
     MapNode(MapNode const &) = delete;
     MapNode &operator=(MapNode const &) = delete;
 
-    virtual int isupper(unsigned short const &value) const { return letters::IsUpper(value); }
-    virtual int isupper(char const &value) const { return letters::IsUpper(value); }
-    virtual int islower(unsigned short const &value) const { return letters::IsLower(value); }
-    virtual int islower(char const &value) const { return letters::IsLower(value); }
-    virtual unsigned short utoupper(unsigned short const &value) const {
-        return letters::ToUpper(value);
-    }
-    virtual char utoupper(char const &value) const { return letters::ToUpper(value); }
-    virtual unsigned short utolower(unsigned short const &value) const {
-        return letters::ToLower(value);
-    }
-    virtual char utolower(char const &value) const { return letters::ToLower(value); }
+    virtual int isupper(unsigned short const &value) const;
+    virtual int isupper(char const &value) const;
+    virtual int islower(unsigned short const &value) const;
+    virtual int islower(char const &value) const;
+    virtual unsigned short utoupper(unsigned short const &value) const;
+    virtual char utoupper(char const &value) const;
+    virtual unsigned short utolower(unsigned short const &value) const;
+    virtual char utolower(char const &value) const;
     virtual const char *derived_class() const;
     virtual ~MapNode();
 
@@ -136,10 +132,10 @@ public:
     void BuildMapNodeData(K *key, V *value, int scheme, int caseMode, MapNode *next,
                           MapNode *previous, unsigned long keyLength, unsigned long valLength);
     // The data, borrowed.
-    K *RetrieveKey() const { return keyStorage->GetMemoryBlock(); }
-    V *RetrieveVal() const { return valStorage->GetMemoryBlock(); }
-    unsigned long GetSizeOfKeyData() const { return keySize; }
-    unsigned long GetSizeOfValData() const { return valSize; }
+    K *RetrieveKey() const;
+    V *RetrieveVal() const;
+    unsigned long GetSizeOfKeyData() const;
+    unsigned long GetSizeOfValData() const;
     // Record a size. 0 measures the data given, or where that is null the data held.
     void ResetKeyDataSize(K *key, unsigned long size);
     void ResetValDataSize(V *value, unsigned long size);
@@ -172,8 +168,9 @@ private:
 // Retrieval, searches and sorts are for lists of strings; others have what is marked "all".
 //
 // The anchor is the node at index size / 2 after additions at the ends, insertions and
-// Smart removals. Removal from the head moves it by the other parity, so that it may stand
-// one node off afterwards, and Smart walks from it with it. It never leaves the list.
+// Smart removals. Removal from the head moves it by the other parity: it may stand one node
+// off afterwards, and further with each removal that additions make up for, and Smart walks
+// from it with it. It never leaves the list.
 template <typename T> class QVLINKDB_TEMPLATE ListObject : public virtual UtilsBase<T> {
 public:
     // An empty list, for all.
@@ -200,7 +197,7 @@ public:
     // All: an empty list is left alone.
     void RemoveFromHead();
     void RemoveAll();
-    int IsEmpty() const { return !listHead && !listTail && !listMiddle; }
+    int IsEmpty() const;
     // All: forgets the nodes without freeing them.
     void SetToNull();
     unsigned long ListSize() const;
@@ -216,7 +213,8 @@ public:
     Node<T> *RetrieveNode(unsigned long index) const;
     Node<T> *RetrieveNodeItem(unsigned long index, int direction) const;
     // These walk from the nearest of both ends and the anchor. Counted from the tail, a list
-    // of even length answers from its middle half with the node two before the one asked for.
+    // of even length answers from its middle half with the node two before the one asked for,
+    // but for the index that is half the size.
     T *SmartRetrieve(unsigned long index) const;
     T *SmartRetrieveItem(unsigned long index, int direction) const;
     // Remove the node that the Smart retrieval finds.
@@ -299,7 +297,7 @@ public:
     // An empty map is left alone.
     void RemoveFromHead();
     void RemoveAll();
-    int IsEmpty() const { return !listHead && !listTail && !listMiddle; }
+    int IsEmpty() const;
     // Forgets the nodes without freeing them.
     void SetToNull();
 

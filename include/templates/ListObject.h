@@ -33,6 +33,10 @@ template <typename T> void ListObject<T>::SetToNull() {
     listSize = 0;
 }
 
+template <typename T> int ListObject<T>::IsEmpty() const {
+    return !listHead && !listTail && !listMiddle;
+}
+
 template <typename T> unsigned long ListObject<T>::ListSize() const { return listSize; }
 
 template <typename T> void ListObject<T>::SetListAllocationScheme(int scheme) {

@@ -51,12 +51,11 @@ template <typename T> int ListObject<T>::SortedInsert(T *data, unsigned long siz
         Node<T> *node =
             bin_search_node(data, listHead, listTail, listMiddle, index, listSize, length, 1);
         node = node ? node : listHead;
-        // Bisection ends one node off the place, which is before the first that isn't less.
-        while (node->nextNode && node->Compare(data, length) < 0) {
+        // Bisection ends near the place, which is before the first node that isn't less.
+        while (node->Compare(data, length) < 0) {
             node = node->nextNode;
         }
-        while (node->prevNode && node->Compare(data, length) > 0 &&
-               node->prevNode->Compare(data, length) > 0) {
+        while (node->prevNode && node->prevNode->Compare(data, length) >= 0) {
             node = node->prevNode;
         }
         unsigned long const distance = DistanceFromHead(node);

@@ -30,6 +30,10 @@ template <typename K, typename V> void MapObject<K, V>::SetToNull() {
     listSize = 0;
 }
 
+template <typename K, typename V> int MapObject<K, V>::IsEmpty() const {
+    return !listHead && !listTail && !listMiddle;
+}
+
 template <typename K, typename V>
 MapObject<K, V> &MapObject<K, V>::operator=(MapObject const &other) {
     if (this != &other) {

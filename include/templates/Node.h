@@ -12,14 +12,11 @@ namespace UTILS {
 // Storage for data in an allocator of its own. Null data is a view of nothing.
 template <typename T> std::unique_ptr<UtilsAllocator<T>> StoreData(UtilsBase<T> &base, T *data,
                                                                    int scheme, unsigned long size) {
-    auto storage = std::make_unique<UtilsAllocator<T>>();
-    if (scheme == 0 || !data) {
+    unsigned long const length = scheme == 0 || !data ? 0 : size + base.GetCharSize();
+    auto storage = std::make_unique<UtilsAllocator<T>>(length);
+    if (scheme == 0) {
         storage->SetMemoryPointer(data);
-        return storage;
-    }
-    unsigned long const length = size + base.GetCharSize();
-    if (length != 0) {
-        storage = std::make_unique<UtilsAllocator<T>>(length);
+    } else if (length != 0) {
         storage->CopyMem(data, size);
         base.NullTerminate(storage->GetMemoryBlock() + size);
     }
@@ -81,6 +78,24 @@ template <typename T> char Node<T>::utolower(char const &value) const {
 
 template <typename T> const char *Node<T>::derived_class() const {
     return ClassName(typeid(*this));
+}
+
+template <typename T> T *Node<T>::Retrieve() const { return storage->GetMemoryBlock(); }
+template <typename T> unsigned long Node<T>::GetSizeOfData() const { return dataSize; }
+template <typename T> Node<T> *Node<T>::operator++() { return nextNode; }
+template <typename T> Node<T> *Node<T>::operator++(int) { return nextNode; }
+
+template <typename T> int Node<T>::operator==(T const *item) const {
+    return Compare(item, dataSize) == 0;
+}
+template <typename T> int Node<T>::operator<(T const *item) const {
+    return Compare(item, dataSize) < 0;
+}
+template <typename T> int Node<T>::operator>(T const *item) const {
+    return Compare(item, dataSize) > 0;
+}
+template <typename T> int Node<T>::operator>=(T const *item) const {
+    return Compare(item, dataSize) >= 0;
 }
 
 template <typename T> void Node<T>::BuildNodeData(T *data, int scheme, int caseMode, Node *next,
@@ -185,6 +200,46 @@ template <typename K, typename V> MapNode<K, V>::~MapNode() {
 
 template <typename K, typename V> const char *MapNode<K, V>::derived_class() const {
     return ClassName(typeid(*this));
+}
+
+template <typename K, typename V> int MapNode<K, V>::isupper(unsigned short const &value) const {
+    return letters::IsUpper(value);
+}
+template <typename K, typename V> int MapNode<K, V>::islower(unsigned short const &value) const {
+    return letters::IsLower(value);
+}
+template <typename K, typename V>
+unsigned short MapNode<K, V>::utoupper(unsigned short const &value) const {
+    return letters::ToUpper(value);
+}
+template <typename K, typename V>
+unsigned short MapNode<K, V>::utolower(unsigned short const &value) const {
+    return letters::ToLower(value);
+}
+template <typename K, typename V> int MapNode<K, V>::isupper(char const &value) const {
+    return letters::IsUpper(value);
+}
+template <typename K, typename V> int MapNode<K, V>::islower(char const &value) const {
+    return letters::IsLower(value);
+}
+template <typename K, typename V> char MapNode<K, V>::utoupper(char const &value) const {
+    return letters::ToUpper(value);
+}
+template <typename K, typename V> char MapNode<K, V>::utolower(char const &value) const {
+    return letters::ToLower(value);
+}
+
+template <typename K, typename V> K *MapNode<K, V>::RetrieveKey() const {
+    return keyStorage->GetMemoryBlock();
+}
+template <typename K, typename V> V *MapNode<K, V>::RetrieveVal() const {
+    return valStorage->GetMemoryBlock();
+}
+template <typename K, typename V> unsigned long MapNode<K, V>::GetSizeOfKeyData() const {
+    return keySize;
+}
+template <typename K, typename V> unsigned long MapNode<K, V>::GetSizeOfValData() const {
+    return valSize;
 }
 
 template <typename K, typename V>

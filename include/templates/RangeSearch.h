@@ -24,6 +24,19 @@ template <typename T> int Order(T const &a, T const &b) {
     return left < right ? -1 : right < left ? 1 : 0;
 }
 
+// How many elements at the front of two runs are known to be equal byte by byte: whole blocks.
+template <typename T> unsigned long EqualBytes(T const *a, T const *b, unsigned long count) {
+    unsigned long equal = 0;
+    if constexpr (!std::is_class_v<T>) {
+        constexpr unsigned long block = 64;
+        while (count - equal >= block &&
+               std::memcmp(a + equal, b + equal, block * sizeof(T)) == 0) {
+            equal += block;
+        }
+    }
+    return equal;
+}
+
 // Elements that are equal as they stand.
 template <typename T> class ExactMatcher {
 public:
@@ -32,6 +45,9 @@ public:
     // Where the pattern's first element stands in the text from `t` on, or its size.
     unsigned long Seek(Range<T> const &text, unsigned long t) const {
         if constexpr (sizeof(T) == 1) {
+            if (text.begin[t] == *pattern.begin) {
+                return t;
+            }
             void const *const found =
                 std::memchr(text.begin + t, static_cast<unsigned char>(*pattern.begin),
                             static_cast<std::size_t>(text.size - t));
@@ -69,7 +85,7 @@ public:
         return t;
     }
     bool Same(T const &element, unsigned long p) const {
-        return Folded(element) == Folded(pattern.begin[p]);
+        return element == pattern.begin[p] || Folded(element) == Folded(pattern.begin[p]);
     }
 
     Range<T> pattern;
