@@ -298,6 +298,20 @@ TEST(ListSortedInsert, Puts_every_key_in_its_place_and_keeps_the_anchor) {
             }
 }
 
+TEST(ListSortedInsert, Of_equal_nodes_it_goes_before_the_first) {
+    for (int count = 1; count <= 20; ++count) {
+        OpenList<Number> list;
+        for (int i = 0; i < count; ++i) {
+            Number number{i < count / 3 ? 0 : 1, 0};
+            list.AddToTail(&number, 0);
+        }
+        list.isSorted = 1;
+        Number number{1, 7};
+        list.SortedInsert(&number, 0);
+        EXPECT_EQ(*list.Retrieve(static_cast<unsigned long>(count / 3)), number) << count;
+    }
+}
+
 TEST(ListSortedInsert, Null_data_goes_to_the_front) {
     OpenList<Word> list;
     Fill(list, {"b", "a"});
