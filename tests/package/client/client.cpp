@@ -1,4 +1,7 @@
-// client FOLDER: stores a small graph in FOLDER, takes it up again and asks it a question.
+// client FOLDER: stores a small graph in FOLDER, takes it up again and asks it a question; and
+// uses the containers.
+#include "containers.h"
+
 #include <QVLinkDB.h>
 
 #include <cstdio>
@@ -50,5 +53,6 @@ int main(int count, char **arguments) {
         wrong += step(*database);
         wrong += Expect(database->Release() == 0, "the last release ends the database");
     }
+    wrong += Expect(ContainersHold(), "the containers hold");
     return wrong ? 1 : 0;
 }

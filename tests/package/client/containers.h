@@ -1,0 +1,4 @@
+#pragma once
+
+// Whether the containers do a little of everything.
+bool ContainersHold();
