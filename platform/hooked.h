@@ -149,4 +149,11 @@ inline int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, in
     });
 }
 
+inline DWORD FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD language,
+                            char *buffer, DWORD size, va_list *arguments) {
+    return testing_hooks::Guarded(testing_hooks::About("FormatMessageA"), DWORD{0}, [=] {
+        return host::FormatMessageA(flags, source, messageId, language, buffer, size, arguments);
+    });
+}
+
 } // namespace win

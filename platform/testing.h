@@ -33,7 +33,8 @@ using Hook = bool (*)(Call const &call, void *context);
 // CloseHandle, CreateFileA, ReadFile, WriteFile, SetFilePointerEx, GetFileSizeEx,
 // FlushFileBuffers, GetFileAttributesA, SetFileAttributesA, DeleteFileA, MoveFileExA,
 // GetSystemDirectoryA, GetWindowsDirectoryA, GetVersionExA, LoadLibraryA,
-// GetModuleHandleA, GetProcAddress, WideCharToMultiByte, MultiByteToWideChar. Null takes it away.
+// GetModuleHandleA, GetProcAddress, WideCharToMultiByte, MultiByteToWideChar,
+// FormatMessageA. Null takes it away.
 void SetHook(Hook hook, void *context);
 
 // What GetVersionExA reports instead of the system's version; 0, 0, 0 makes the system

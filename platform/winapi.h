@@ -83,6 +83,9 @@ inline int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, in
     return ::MultiByteToWideChar(codePage, flags, bytes, length,
                                  reinterpret_cast<wchar_t *>(buffer), capacity);
 }
+// Messages
+using ::FormatMessageA;
+using ::LocalFree;
 #endif
 
 } // namespace win::host

@@ -4,11 +4,14 @@
 
 #include "platform/wintypes.h"
 
+#include <cstdarg>
+
 // Windows has calling conventions; here there is one.
 #define WINAPI
 
 using FARPROC = std::intptr_t (*)();
 using LPCVOID = const void *;
+using HLOCAL = void *;
 using errno_t = int;
 
 struct FILETIME {
@@ -113,6 +116,10 @@ constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
 constexpr DWORD MB_PRECOMPOSED = 1;
 constexpr DWORD MB_ERR_INVALID_CHARS = 8;
 
+constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
+constexpr DWORD FORMAT_MESSAGE_FROM_STRING = 0x400;
+constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
+
 constexpr DWORD ERROR_SUCCESS = 0;
 constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
 constexpr DWORD ERROR_PATH_NOT_FOUND = 3;
@@ -143,7 +150,9 @@ constexpr DWORD ERROR_ALREADY_EXISTS = 183;
 constexpr DWORD ERROR_BAD_EXE_FORMAT = 193;
 constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
 constexpr DWORD ERROR_FILE_TOO_LARGE = 223;
+constexpr DWORD ERROR_NO_WORK_DONE = 235;
 constexpr DWORD ERROR_NOT_OWNER = 288;
+constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
 constexpr DWORD ERROR_MUTANT_LIMIT_EXCEEDED = 587;
 constexpr DWORD ERROR_NOACCESS = 998;
 constexpr DWORD ERROR_INVALID_FLAGS = 1004;
@@ -229,5 +238,13 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const unsigned short *wide, 
                         char *buffer, int capacity, const char *substitute, BOOL *substituted);
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int length,
                         unsigned short *buffer, int capacity);
+
+// Messages: into a block that LocalFree takes, from a text (flags 1280) or for an error
+// number (4352), in language 1024. Failing leaves the caller's pointer alone; a message
+// without a character makes it null.
+DWORD FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD language, char *buffer,
+                     DWORD size, va_list *arguments);
+// Null, or what isn't FormatMessageA's, with ERROR_INVALID_HANDLE.
+HLOCAL LocalFree(HLOCAL memory);
 
 } // namespace win::host

@@ -2,6 +2,7 @@
 // Windows.
 
 #include "platform/posix/handles.h"
+#include "platform/posix/localmemory.h"
 #include "platform/posix/modules.h"
 #include "platform/posix/settings.h"
 #include "platform/posix/threads.h"
@@ -47,6 +48,7 @@ public:
             return;
         ReleaseThreads();
         ReleaseHandles();
+        ReleaseLocalMemory();
         ReleaseSettings();
         ReleaseWide();
     }

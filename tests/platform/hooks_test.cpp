@@ -109,6 +109,8 @@ TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
                 !win::WideCharToMultiByte(1252, 0, wide, 1, buffer, 10, nullptr, nullptr));
     EXPECT_TRUE(failing("MultiByteToWideChar") &&
                 !win::MultiByteToWideChar(1252, 0, "a", 1, wide, 1));
+    EXPECT_TRUE(failing("FormatMessageA") &&
+                !win::FormatMessageA(4352, nullptr, 2, 1024, buffer, 0, nullptr));
     EXPECT_EQ(5u, win::GetLastError());
     m_script.failing.clear();
 }
