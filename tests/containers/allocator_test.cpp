@@ -136,6 +136,17 @@ TEST(Allocator, zero_fills_the_whole_block) {
         EXPECT_EQ(0, block[i]);
 }
 
+TEST(Allocator, zero_fills_elements_of_class_types_byte_by_byte) {
+    struct Plain {
+        int value = 5;
+    };
+    UtilsAllocator<Plain> block(2);
+    EXPECT_EQ(5, block[1ul].value);
+    block.Zero();
+    EXPECT_EQ(0, block[0ul].value);
+    EXPECT_EQ(0, block[1ul].value);
+}
+
 TEST(Allocator, indexes_with_both_integers_for_elements_of_class_types) {
     UtilsAllocator<Element> block(2);
     block[1u].text = "x";

@@ -59,10 +59,16 @@ protected:
 
     // A range, sometimes of a part of its buffer. A few are long.
     model::Span AnySpan(std::string const &letters) {
-        std::size_t const limit = dice.OneIn(500) ? 1500 : 12;
+        std::size_t const limit = dice.OneIn(500) ? 1500 : dice.OneIn(20) ? 200 : 12;
         std::string const buffer = dice.Text(letters, limit);
         auto const whole = static_cast<unsigned long>(buffer.size());
         return {buffer, dice.OneIn(3) ? dice.Below(buffer.size() + 1) : whole};
+    }
+    // The same, or with one element changed.
+    model::Span Alike(model::Span span, std::string const &letters) {
+        if (dice.OneIn(2) && !span.buffer.empty())
+            span.buffer[dice.Below(span.buffer.size())] = dice.Of(letters);
+        return span;
     }
 };
 
@@ -146,7 +152,7 @@ TYPED_TEST(BaseModel, compares_the_same) {
     for (int i = 0; i < cases && !this->HasFailure(); ++i) {
         std::string const &letters = alphabets[this->dice.Below(std::size(alphabets))];
         model::Span a = this->AnySpan(letters);
-        model::Span b = this->dice.OneIn(3) ? a : this->AnySpan(letters);
+        model::Span b = this->dice.OneIn(3) ? this->Alike(a, letters) : this->AnySpan(letters);
         int const caseMode = static_cast<int>(this->dice.Below(2));
         int const matchStyle = static_cast<int>(this->dice.Below(3));
         // A size of 0 is measured: to the terminator, or one element, which there must be.

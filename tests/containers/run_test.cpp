@@ -60,6 +60,29 @@ TEST(Run, of_elements_of_class_types_begins_with_live_elements) {
     EXPECT_EQ(alive, Element::Alive());
 }
 
+TEST(Run, of_elements_of_class_types_is_filled_and_assigned) {
+    int const alive = Element::Alive();
+    {
+        MemObject<Element> from(3);
+        Element const items[] = {Element("one"), Element("two")};
+        from.Append(items, 2);
+        from.Append(items); // measures one, and there is no terminator
+        EXPECT_EQ(3u, from.RetrieveSize());
+        MemObject<Element> to;
+        to = from;
+        from.Retrieve()[0].text = "changed";
+        EXPECT_EQ("one", to.Retrieve()[0].text);
+        EXPECT_EQ("one", to.Retrieve()[2].text);
+        to.Empty();
+        EXPECT_EQ(alive + 2 + 3 + 3, Element::Alive()); // back to the room of the other
+        MemObject<Element> const none(2);
+        to = none;
+        EXPECT_EQ(0u, to.RetrieveSize());
+        EXPECT_EQ(alive + 2 + 3 + 2 + 2, Element::Alive());
+    }
+    EXPECT_EQ(alive, Element::Alive());
+}
+
 TEST(Run, converts_to_its_block) {
     TextRun run;
     run.Append("abc");

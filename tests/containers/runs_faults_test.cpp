@@ -263,6 +263,7 @@ TEST(RunsFaults, there_are_none_in_searches_and_comparisons) {
     char const *const text = run.Retrieve();
     char const pattern[] = "xy";
     std::vector<char> room(3000);
+    OpenBase<char> base;
     AllocationWatch const watch(Fail::Onwards, 1);
     for (int const caseMode : {0, 1}) {
         unsigned long index = 0;
@@ -273,7 +274,7 @@ TEST(RunsFaults, there_are_none_in_searches_and_comparisons) {
         EXPECT_NE(0, run.compare(text, pattern, caseMode, 1, 0, 0));
     }
     run.GetSizeOfData(text, nullptr);
-    OpenBase<char>().selection_sort(room.data(), room.data() + 10);
+    base.selection_sort(room.data(), room.data() + 10);
     EXPECT_FALSE(watch.Failed());
 }
 
