@@ -1,6 +1,7 @@
 // An element of class type for containers: it holds a text and compares itself.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -11,7 +12,8 @@ struct Element {
     Element &operator=(Element const &other) {
         if (this == &other)
             ++SelfAssignments();
-        text = other.text;
+        // Asks for memory here, where it can be made to fail: strings may ask within a library.
+        std::make_unique<std::string>(other.text)->swap(text);
         ++Assignments();
         return *this;
     }
