@@ -135,7 +135,7 @@ void ListModel::Append(ListModel const &other) {
     sorted = otherSorted;
 }
 
-int ListModel::SearchLinear(int key, bool forward) const {
+int ListModel::Search(int key, bool forward) const {
     for (int i = 0; i < Size(); ++i) {
         int const at = forward ? i : Size() - 1 - i;
         if (numbers[static_cast<std::size_t>(at)].key == key)
@@ -143,8 +143,6 @@ int ListModel::SearchLinear(int key, bool forward) const {
     }
     return -1;
 }
-
-int ListModel::SearchOrdered(int key, bool forward) const { return SearchLinear(key, forward); }
 
 int ListModel::Equals(int key) const {
     return static_cast<int>(std::count_if(numbers.begin(), numbers.end(),

@@ -18,16 +18,14 @@ public:
     void AddToTail(Number const &number);
     void SortedInsert(Number const &number);
     void RemoveFromHead();
-    // Indexes from the head of what a Smart walk finds and, with `forward`, what it counts.
+    // Where a Smart walk ends, as an index from the head.
     int SmartIndex(int index, bool forward) const;
     void SmartRemove(int index, bool forward);
     void Sort(unsigned algorithm);
     void Append(ListModel const &other);
 
-    // Index in the direction, or -1.
-    int SearchLinear(int key, bool forward) const;
-    // That of the first equal one of an ordered list whose anchor is true.
-    int SearchOrdered(int key, bool forward) const;
+    // Index of the first equal one, counted in the direction, or -1.
+    int Search(int key, bool forward) const;
     // How many are equal to it.
     int Equals(int key) const;
 

@@ -99,21 +99,20 @@ private:
         bool const forward = Below(2);
         Number const item = Any();
         m_list.SetSearchDirection(forward ? 1 : 0);
-        EXPECT_EQ(m_list.SearchList(&item, 0, 3, 0),
-                  Index(m_model.SearchLinear(item.key, forward)));
+        EXPECT_EQ(m_list.SearchList(&item, 0, 3, 0), Index(m_model.Search(item.key, forward)));
         if (Below(10) == 0)
             Bisect(item, forward);
         m_list.SetSearchDirection(1);
     }
 
-    // Where it stands is told only for ordered lists and true anchors.
+    // What it finds is told only for ordered lists and true anchors.
     void Bisect(Number const &item, bool forward) {
         m_model.Sort(0);
         if (m_model.Size() == 0 || !m_model.IsOrdered() || !m_model.AnchorIsTrue()) {
             m_list.Sort(0);
             return;
         }
-        int const first = m_model.SearchOrdered(item.key, forward);
+        int const first = m_model.Search(item.key, forward);
         EXPECT_EQ(m_list.SearchList(&item, 1, 0, 0), Index(first));
         int const occurrence = 1 + Below(2);
         auto const search = [&] { return m_list.SearchList(&item, 1, Index(occurrence), 0); };

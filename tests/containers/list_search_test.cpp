@@ -96,6 +96,14 @@ TEST(ListSearch, A_run_is_contained_whole) {
     EXPECT_EQ(list.SearchList(item, 0, 0, 2), 1u);
 }
 
+TEST(ListSearch, With_containment_a_case_setting_that_is_none_is_an_invalid_argument) {
+    OpenList<Word> list(1, 7);
+    AddRun(list, {"a", "b"});
+    EXPECT_EQ(Find(list, "a", 0), NONE); // two elements, and the item has one
+    list.matchStyle = 1;
+    EXPECT_THROW(Find(list, "a", 0), std::invalid_argument);
+}
+
 TEST(ListSearch, A_node_is_equal_by_its_own_elements) {
     OpenList<Word> list;
     AddRun(list, {"a", "b", "c"});
@@ -212,6 +220,21 @@ TEST(ListBisection, With_containment_a_node_that_holds_the_item_matches) {
     EXPECT_EQ(Find(list, "z", 1), 1u);
     EXPECT_EQ(Find(list, "c", 1), 2u);
     EXPECT_EQ(Find(list, "y", 1), NONE);
+}
+
+TEST(ListBisection, With_containment_the_first_and_the_occurrence_are_counted_by_it) {
+    OpenList<Word> list;
+    list.matchStyle = 1;
+    AddRun(list, {"a", "z"});
+    AddRun(list, {"b", "z"});
+    AddRun(list, {"c", "z"});
+    AddRun(list, {"d"});
+    list.isSorted = 1;
+    EXPECT_EQ(Find(list, "z", 1, 0), 0u);
+    EXPECT_EQ(Find(list, "z", 1, 1), 1u);
+    EXPECT_EQ(Find(list, "z", 1, 2), 2u);
+    EXPECT_EQ(Find(list, "z", 1, 3), NONE);
+    EXPECT_THROW(Find(list, "z", 1, 4), std::out_of_range);
 }
 
 TEST(ListBisection, An_item_of_several_elements_is_read_as_far_as_its_size) {

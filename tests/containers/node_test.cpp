@@ -258,6 +258,18 @@ TEST(Node, An_assignment_replaces_what_there_was_whoever_owned_it) {
         }
 }
 
+TEST(Node, A_copy_of_null_data_is_null) {
+    Word word("a");
+    for (int const scheme : {0, 1}) {
+        OpenNode<Word> const source(nullptr, scheme);
+        OpenNode<Word> node(&word);
+        node = source;
+        EXPECT_EQ(node.Retrieve(), nullptr);
+        EXPECT_EQ(node.GetSizeOfData(), 0u);
+        EXPECT_EQ(node.nodeScheme, scheme);
+    }
+}
+
 TEST(Node, An_assignment_to_itself_changes_nothing) {
     Word word("a");
     OpenNode<Word> node(&word);
