@@ -10,6 +10,14 @@ namespace testing_hooks {
 bool Ask(Call const &call);
 // What SetVersion was told; false for nothing.
 bool ToldVersion(OSVERSIONINFOA *record);
+// Whether SetThreadGroups told of groups.
+bool ToldThread();
+// Notes whose groups a token that was opened tells.
+void NoteToken(HANDLE token, bool ofThread);
+// The groups that were told for a token; null for none.
+TOKEN_GROUPS const *ToldGroups(HANDLE token);
+// As GetTokenInformation does it.
+BOOL TellGroups(TOKEN_GROUPS const &groups, LPVOID buffer, DWORD size, DWORD *needed);
 
 template <class System, class Result> Result Guarded(Call call, Result failure, System system) {
     call.moment = Moment::Before;
@@ -154,6 +162,46 @@ inline DWORD FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD 
     return testing_hooks::Guarded(testing_hooks::About("FormatMessageA"), DWORD{0}, [=] {
         return host::FormatMessageA(flags, source, messageId, language, buffer, size, arguments);
     });
+}
+
+inline BOOL OpenProcessToken(HANDLE process, DWORD access, HANDLE *token) {
+    return testing_hooks::Guarded(testing_hooks::About("OpenProcessToken"), BOOL{FALSE}, [=] {
+        BOOL const opened = host::OpenProcessToken(process, access, token);
+        if (opened)
+            testing_hooks::NoteToken(*token, false);
+        return opened;
+    });
+}
+
+inline BOOL OpenThreadToken(HANDLE thread, DWORD access, BOOL asSelf, HANDLE *token) {
+    return testing_hooks::Guarded(testing_hooks::About("OpenThreadToken"), BOOL{FALSE}, [=] {
+        if (!testing_hooks::ToldThread())
+            return host::OpenThreadToken(thread, access, asSelf, token);
+        BOOL const opened = host::OpenProcessToken(host::GetCurrentProcess(), access, token);
+        if (opened)
+            testing_hooks::NoteToken(*token, true);
+        return opened;
+    });
+}
+
+inline BOOL GetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LPVOID buffer,
+                                DWORD size, DWORD *needed) {
+    return testing_hooks::Guarded(testing_hooks::About("GetTokenInformation"), BOOL{FALSE}, [=] {
+        TOKEN_GROUPS const *const told =
+            kind == TokenGroups ? testing_hooks::ToldGroups(token) : nullptr;
+        return told ? testing_hooks::TellGroups(*told, buffer, size, needed)
+                    : host::GetTokenInformation(token, kind, buffer, size, needed);
+    });
+}
+
+inline BOOL AllocateAndInitializeSid(SID_IDENTIFIER_AUTHORITY *authority, BYTE count, DWORD first,
+                                     DWORD second, DWORD third, DWORD fourth, DWORD fifth,
+                                     DWORD sixth, DWORD seventh, DWORD eighth, PSID *sid) {
+    return testing_hooks::Guarded(
+        testing_hooks::About("AllocateAndInitializeSid"), BOOL{FALSE}, [=] {
+            return host::AllocateAndInitializeSid(authority, count, first, second, third, fourth,
+                                                  fifth, sixth, seventh, eighth, sid);
+        });
 }
 
 } // namespace win

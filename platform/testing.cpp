@@ -3,6 +3,7 @@
 #include "platform/testing.h"
 
 #include <atomic>
+#include <cstring>
 
 namespace testing_hooks {
 namespace {
@@ -12,6 +13,10 @@ std::atomic<void *> hookContext{nullptr};
 std::atomic<DWORD> toldPlatform{0};
 std::atomic<DWORD> toldMajor{0};
 std::atomic<DWORD> toldMinor{0};
+std::atomic<TOKEN_GROUPS const *> threadGroups{nullptr};
+std::atomic<TOKEN_GROUPS const *> processGroups{nullptr};
+std::atomic<HANDLE> threadToken{nullptr}; // the last that was opened
+std::atomic<HANDLE> processToken{nullptr};
 
 } // namespace
 
@@ -39,6 +44,37 @@ bool ToldVersion(OSVERSIONINFOA *record) {
     record->dwMajorVersion = toldMajor;
     record->dwMinorVersion = toldMinor;
     return true;
+}
+
+void SetThreadGroups(TOKEN_GROUPS const *groups) { threadGroups = groups; }
+
+void SetProcessGroups(TOKEN_GROUPS const *groups) { processGroups = groups; }
+
+bool ToldThread() { return threadGroups != nullptr; }
+
+void NoteToken(HANDLE token, bool ofThread) {
+    // A handle's value may have been the other's before it was closed.
+    (ofThread ? threadToken : processToken) = token;
+    HANDLE stale = token;
+    (ofThread ? processToken : threadToken).compare_exchange_strong(stale, nullptr);
+}
+
+TOKEN_GROUPS const *ToldGroups(HANDLE token) {
+    if (token && token == threadToken)
+        return threadGroups;
+    return token && token == processToken ? processGroups.load() : nullptr;
+}
+
+BOOL TellGroups(TOKEN_GROUPS const &groups, LPVOID buffer, DWORD size, DWORD *needed) {
+    std::size_t const whole =
+        offsetof(TOKEN_GROUPS, Groups) + groups.GroupCount * sizeof(SID_AND_ATTRIBUTES);
+    *needed = static_cast<DWORD>(whole);
+    if (size < whole) {
+        win::host::SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return FALSE;
+    }
+    std::memcpy(buffer, &groups, whole);
+    return TRUE;
 }
 
 } // namespace testing_hooks

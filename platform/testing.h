@@ -34,12 +34,19 @@ using Hook = bool (*)(Call const &call, void *context);
 // FlushFileBuffers, GetFileAttributesA, SetFileAttributesA, DeleteFileA, MoveFileExA,
 // GetSystemDirectoryA, GetWindowsDirectoryA, GetVersionExA, LoadLibraryA,
 // GetModuleHandleA, GetProcAddress, WideCharToMultiByte, MultiByteToWideChar,
-// FormatMessageA. Null takes it away.
+// FormatMessageA, OpenProcessToken, OpenThreadToken, GetTokenInformation,
+// AllocateAndInitializeSid. Null takes it away.
 void SetHook(Hook hook, void *context);
 
 // What GetVersionExA reports instead of the system's version; 0, 0, 0 makes the system
 // answer again. Not asked if a hook fails the call.
 void SetVersion(DWORD platformId, DWORD major, DWORD minor);
+
+// The groups that tokens tell instead of the system's; null makes the system answer again.
+// With groups for the thread it has a token, as one that impersonates does. The record and
+// its SIDs stay the caller's, and have to stay while they are set.
+void SetThreadGroups(TOKEN_GROUPS const *groups);
+void SetProcessGroups(TOKEN_GROUPS const *groups);
 
 } // namespace testing_hooks
 

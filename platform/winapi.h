@@ -64,6 +64,14 @@ using ::VirtualFree;
 // The calling thread's last error
 using ::GetLastError;
 using ::SetLastError;
+// Tokens and SIDs
+using ::AllocateAndInitializeSid;
+using ::EqualSid;
+using ::FreeSid;
+using ::GetCurrentThread;
+using ::GetTokenInformation;
+using ::OpenProcessToken;
+using ::OpenThreadToken;
 // Text
 using ::_splitpath;
 using ::_splitpath_s;

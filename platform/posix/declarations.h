@@ -47,6 +47,12 @@ struct MEMORY_BASIC_INFORMATION {
     DWORD Type;
 };
 
+enum TOKEN_INFORMATION_CLASS { TokenGroups = 2 };
+
+struct SID_IDENTIFIER_AUTHORITY {
+    BYTE Value[6]; // the highest byte first
+};
+
 struct SECURITY_ATTRIBUTES;
 struct OVERLAPPED;
 
@@ -107,6 +113,13 @@ constexpr DWORD MEM_RELEASE = 0x8000;
 constexpr DWORD MEM_FREE = 0x10000;
 constexpr DWORD MEM_IMAGE = 0x1000000;
 
+constexpr DWORD TOKEN_QUERY = 8;
+constexpr DWORD SE_GROUP_MANDATORY = 1;
+constexpr DWORD SE_GROUP_ENABLED_BY_DEFAULT = 2;
+constexpr DWORD SE_GROUP_ENABLED = 4;
+constexpr DWORD SECURITY_BUILTIN_DOMAIN_RID = 32;
+constexpr DWORD DOMAIN_ALIAS_RID_ADMINS = 544;
+
 constexpr UINT CP_ACP = 0;
 constexpr UINT CP_UTF8 = 65001;
 constexpr DWORD WC_SEPCHARS = 0x20;
@@ -156,8 +169,10 @@ constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
 constexpr DWORD ERROR_MUTANT_LIMIT_EXCEEDED = 587;
 constexpr DWORD ERROR_NOACCESS = 998;
 constexpr DWORD ERROR_INVALID_FLAGS = 1004;
+constexpr DWORD ERROR_NO_TOKEN = 1008;
 constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
 constexpr DWORD ERROR_IO_DEVICE = 1117;
+constexpr DWORD ERROR_INVALID_SID = 1337;
 constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 
 namespace win::host {
@@ -246,5 +261,19 @@ DWORD FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD languag
                      DWORD size, va_list *arguments);
 // Null, or what isn't FormatMessageA's, with ERROR_INVALID_HANDLE.
 HLOCAL LocalFree(HLOCAL memory);
+
+// Tokens: for TOKEN_QUERY only, and told of groups only. No thread here has one of its own.
+// Everybody's process is in S-1-1-0, an administrator's in S-1-5-32-544 as well.
+HANDLE GetCurrentThread();
+BOOL OpenThreadToken(HANDLE thread, DWORD access, BOOL asSelf, HANDLE *token);
+BOOL OpenProcessToken(HANDLE process, DWORD access, HANDLE *token);
+BOOL GetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LPVOID buffer, DWORD size,
+                         DWORD *needed);
+// SIDs
+BOOL AllocateAndInitializeSid(SID_IDENTIFIER_AUTHORITY *authority, BYTE count, DWORD first,
+                              DWORD second, DWORD third, DWORD fourth, DWORD fifth, DWORD sixth,
+                              DWORD seventh, DWORD eighth, PSID *sid);
+PSID FreeSid(PSID sid); // null
+BOOL EqualSid(PSID left, PSID right);
 
 } // namespace win::host

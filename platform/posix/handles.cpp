@@ -156,12 +156,14 @@ FileUse::~FileUse() {
 namespace win::host {
 
 BOOL CloseHandle(HANDLE handle) {
-    // Closing the current process's pseudo handle does nothing, and that is no error.
-    if (handle == GetCurrentProcess())
+    // Closing the pseudo handles of the current process and thread does nothing, and that is
+    // no error.
+    if (handle == GetCurrentProcess() || handle == GetCurrentThread())
         return TRUE;
     platform::Slot *const slot = platform::FindSlot(handle);
     std::uint64_t const generation = platform::GenerationOf(handle);
-    if (slot && (platform::CloseMutex(slot, generation) || platform::CloseFile(slot, generation)))
+    if (slot && (platform::CloseMutex(slot, generation) || platform::CloseFile(slot, generation) ||
+                 platform::CloseToken(slot, generation)))
         return TRUE;
     SetLastError(ERROR_INVALID_HANDLE);
     return FALSE;

@@ -16,21 +16,23 @@ enum class Kind : std::uint64_t {
     Free,
     Mutex,
     File,
-    Draining // a file whose handle is closed while calls on it are under way
+    Draining, // a file whose handle is closed while calls on it are under way
+    Token
 };
 
 // One word tells all that may change while the handle is in use: from the low end the
 // owner (18 bits: a mutex's owning thread), whether threads wait for the mutex, whether its
-// owner died, the kind (2), the generation (20), and the count (22: how often the owner
+// owner died, the kind (4), the generation (18), and the count (22: how often the owner
 // has a mutex, how many calls on a file are under way).
 constexpr std::uint64_t ownerMask = (std::uint64_t{1} << 18) - 1;
 constexpr std::uint64_t waitersBit = std::uint64_t{1} << 18;
 constexpr std::uint64_t abandonedBit = std::uint64_t{1} << 19;
 constexpr unsigned kindShift = 20;
-constexpr unsigned generationShift = 22;
-constexpr std::uint64_t lastGeneration = (std::uint64_t{1} << 20) - 1;
+constexpr std::uint64_t lastKind = 15;
+constexpr unsigned generationShift = 24;
+constexpr std::uint64_t lastGeneration = (std::uint64_t{1} << 18) - 1;
 constexpr std::uint64_t identityMask =
-    (std::uint64_t{3} << kindShift) | (lastGeneration << generationShift);
+    (lastKind << kindShift) | (lastGeneration << generationShift);
 constexpr std::uint64_t countOne = std::uint64_t{1} << 42;
 constexpr std::uint64_t countMask = ~(countOne - 1);
 
@@ -50,7 +52,9 @@ constexpr std::uint64_t GenerationOf(std::uint64_t state) {
     return (state >> generationShift) & lastGeneration;
 }
 
-constexpr Kind KindOf(std::uint64_t state) { return static_cast<Kind>((state >> kindShift) & 3); }
+constexpr Kind KindOf(std::uint64_t state) {
+    return static_cast<Kind>((state >> kindShift) & lastKind);
+}
 
 // A handle's value: the index above two zero bits, and the generation above the index.
 constexpr unsigned indexBits = 24;
@@ -76,6 +80,7 @@ void ReleaseHandles();
 // Each kind closes in its own way: false if the handle isn't of this kind or closed.
 bool CloseMutex(Slot *slot, std::uint64_t generation);
 bool CloseFile(Slot *slot, std::uint64_t generation);
+bool CloseToken(Slot *slot, std::uint64_t generation);
 
 // Keeps a file open for the length of one call.
 class FileUse {

@@ -1,5 +1,5 @@
 // The hooks that let tests make services fail.
-#include "services.h"
+#include "sids.h"
 
 #include "platform/testing.h"
 #include "temp_folder.h"
@@ -44,6 +44,8 @@ protected:
     ~Hooks() override {
         testing_hooks::SetHook(nullptr, nullptr);
         testing_hooks::SetVersion(0, 0, 0);
+        testing_hooks::SetThreadGroups(nullptr);
+        testing_hooks::SetProcessGroups(nullptr);
     }
 
     std::string At(std::string const &name) const { return m_folder.Directory() + "\\" + name; }
@@ -111,6 +113,17 @@ TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
                 !win::MultiByteToWideChar(1252, 0, "a", 1, wide, 1));
     EXPECT_TRUE(failing("FormatMessageA") &&
                 !win::FormatMessageA(4352, nullptr, 2, 1024, buffer, 0, nullptr));
+    SID_IDENTIFIER_AUTHORITY authority{};
+    HANDLE token = nullptr;
+    PSID sid = nullptr;
+    EXPECT_TRUE(failing("OpenProcessToken") &&
+                !win::OpenProcessToken(win::GetCurrentProcess(), 8, &token));
+    EXPECT_TRUE(failing("OpenThreadToken") &&
+                !win::OpenThreadToken(win::GetCurrentThread(), 8, FALSE, &token));
+    EXPECT_TRUE(failing("GetTokenInformation") &&
+                !win::GetTokenInformation(token, TokenGroups, nullptr, 0, &count));
+    EXPECT_TRUE(failing("AllocateAndInitializeSid") &&
+                !win::AllocateAndInitializeSid(&authority, 1, 0, 0, 0, 0, 0, 0, 0, 0, &sid));
     EXPECT_EQ(5u, win::GetLastError());
     m_script.failing.clear();
 }
@@ -139,4 +152,35 @@ TEST_F(Hooks, tell_another_version) {
     testing_hooks::SetVersion(0, 0, 0);
     EXPECT_TRUE(win::GetVersionExA(&record));
     EXPECT_EQ(2u, record.dwPlatformId);
+}
+
+TEST_F(Hooks, tell_other_groups_of_a_process) {
+    ScopedSid const told(5, {32, 546});
+    TOKEN_GROUPS groups{1, {{told.Get(), 16}}};
+    testing_hooks::SetProcessGroups(&groups);
+    {
+        ScopedHandle const token(OpenOwnToken());
+        GroupsOf const answer(token);
+        ASSERT_EQ(1u, answer.Record().GroupCount);
+        EXPECT_TRUE(win::EqualSid(told.Get(), answer.Record().Groups[0].Sid));
+        EXPECT_EQ(16u, answer.Record().Groups[0].Attributes);
+    }
+    testing_hooks::SetProcessGroups(nullptr);
+    ScopedHandle const token(OpenOwnToken());
+    EXPECT_TRUE(GroupsOf(token).Has(ScopedSid(1, {0})));
+}
+
+TEST_F(Hooks, give_a_thread_a_token_with_groups_of_its_own) {
+    ScopedSid const told(5, {32, 546});
+    TOKEN_GROUPS groups{1, {{told.Get(), 7}}};
+    testing_hooks::SetThreadGroups(&groups);
+    HANDLE opened = nullptr;
+    ASSERT_TRUE(win::OpenThreadToken(win::GetCurrentThread(), 8, FALSE, &opened));
+    ScopedHandle const threads(opened);
+    ScopedHandle const process(OpenOwnToken());
+    EXPECT_TRUE(GroupsOf(threads).Has(told));
+    EXPECT_FALSE(GroupsOf(threads).Has(ScopedSid(1, {0})));
+    EXPECT_TRUE(GroupsOf(process).Has(ScopedSid(1, {0})));
+    testing_hooks::SetThreadGroups(nullptr);
+    EXPECT_FAILS_WITH(1008, win::OpenThreadToken(win::GetCurrentThread(), 8, FALSE, &opened));
 }

@@ -123,3 +123,10 @@ TEST(MessagesHere, a_block_is_as_large_as_asked_for) {
 TEST(MessagesHere, arguments_of_errors_are_filled_in) {
     EXPECT_EQ("a.exe is not a valid Win32 application.\r\n", FormatError(193, "a.exe").text);
 }
+
+TEST(MessagesHere, can_be_long) {
+    std::string const word(40000, 'w');
+    EXPECT_TRUE(Format("%1%2", word.c_str(), word.c_str()).text == word + word);
+}
+
+TEST(MessagesHere, a_b_behind_a_percent_sign_is_a_blank) { EXPECT_EQ("a b", Format("a%bb").text); }
