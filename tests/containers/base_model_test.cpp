@@ -84,7 +84,7 @@ TYPED_TEST(BaseModel, finds_the_same) {
         std::string const &letters = alphabets[this->dice.Below(std::size(alphabets))];
         model::Span const span = this->AnySpan(letters);
         std::string const sought = this->dice.Text(letters, 5);
-        int const caseMode = static_cast<int>(this->dice.Below(2));
+        auto const caseMode = static_cast<int>(this->dice.Below(2));
         unsigned long const occurrence = this->dice.Below(5);
         bool const wantsPrevious = !this->dice.OneIn(4);
 
@@ -114,7 +114,7 @@ TYPED_TEST(BaseModel, gives_the_same_pieces) {
         std::string const &letters = alphabets[this->dice.Below(std::size(alphabets))];
         model::Span const span = this->AnySpan(letters);
         std::string const mark = this->dice.Text(letters, 4);
-        int const caseMode = static_cast<int>(this->dice.Below(2));
+        auto const caseMode = static_cast<int>(this->dice.Below(2));
         unsigned long const piece = this->dice.Below(4);
         bool const keepFront = this->dice.OneIn(3);
         bool const wantsOffset = this->dice.OneIn(2);
@@ -153,8 +153,8 @@ TYPED_TEST(BaseModel, compares_the_same) {
         std::string const &letters = alphabets[this->dice.Below(std::size(alphabets))];
         model::Span a = this->AnySpan(letters);
         model::Span b = this->dice.OneIn(3) ? this->Alike(a, letters) : this->AnySpan(letters);
-        int const caseMode = static_cast<int>(this->dice.Below(2));
-        int const matchStyle = static_cast<int>(this->dice.Below(3));
+        auto const caseMode = static_cast<int>(this->dice.Below(2));
+        auto const matchStyle = static_cast<int>(this->dice.Below(3));
         // A size of 0 is measured: to the terminator, or one element, which there must be.
         unsigned long sizes[2] = {a.size, b.size};
         model::Span *const spans[2] = {&a, &b};

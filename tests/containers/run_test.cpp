@@ -274,7 +274,7 @@ TEST(RunHooks, know_the_letters_of_text) {
     TextRun const run;
     UTILS::UtilsBase<char> const &base = run;
     for (int value = -128; value < 128; ++value) {
-        char const c = static_cast<char>(value);
+        auto const c = static_cast<char>(value);
         EXPECT_EQ(value >= 65 && value <= 90, base.isupper(c) != 0) << value;
         EXPECT_EQ(value >= 97 && value <= 122, base.islower(c) != 0) << value;
         EXPECT_EQ(static_cast<char>(value - 32), base.utoupper(c)) << value;

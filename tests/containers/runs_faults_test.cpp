@@ -76,6 +76,27 @@ std::string Told(ListBundle &bundle) {
 
 enum class After { AsBefore, Usable };
 
+// Whether an operation throws when an allocation fails, and whether one did.
+bool Throws(std::function<void()> const &operation, Fail fail, std::uint64_t number, bool &failed) {
+    AllocationWatch const watch(fail, number);
+    bool threw = false;
+    try {
+        operation();
+    } catch (std::bad_alloc const &) {
+        threw = true;
+    }
+    failed = watch.Failed();
+    return threw;
+}
+
+// An object in some state; what it holds is watched.
+template <class Object> std::unique_ptr<Object> Made(std::function<void(Object &)> const &prepare) {
+    AllocationWatch const watch;
+    auto object = std::make_unique<Object>();
+    prepare(*object);
+    return object;
+}
+
 // Runs an operation on an object in the state that `prepare` gives it, with each allocation
 // failing, alone or with all later ones, until none does. The operation allocates at least
 // once; its result is `expected`.
@@ -90,24 +111,9 @@ template <class Object> void FailEach(std::function<void(Object &)> const &prepa
             std::size_t const live = AllocationWatch::LiveBlocks();
             int const alive = Element::Alive();
             {
-                auto const made = [&] {
-                    AllocationWatch const watch;
-                    auto object = std::make_unique<Object>();
-                    prepare(*object);
-                    return object;
-                };
-                auto const object = made();
+                auto const object = Made(prepare);
                 std::string const before = Told(*object);
-                bool threw = false;
-                {
-                    AllocationWatch const watch(fail, number);
-                    try {
-                        operation(*object);
-                    } catch (std::bad_alloc const &) {
-                        threw = true;
-                    }
-                    failed = watch.Failed();
-                }
+                bool const threw = Throws([&] { operation(*object); }, fail, number, failed);
                 EXPECT_EQ(failed, threw);
                 if (!threw) {
                     EXPECT_EQ(expected, Told(*object));
