@@ -12,12 +12,10 @@
 // Locking: only the scratch memory has a lock. Ranges are read without any.
 #pragma once
 
+#include "templates/RangeSearch.h" // NOT_FOUND_INDEX
 #include "UtilsAllocator.h"
 
 namespace UTILS {
-
-// What searches give when they find no position.
-constexpr unsigned long NOT_FOUND_INDEX = 0xEFFFFFFF;
 
 template <typename T> class QVLINKDB_TEMPLATE UtilsBase {
 public:

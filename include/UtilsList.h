@@ -328,20 +328,3 @@ private:
 #include "templates/ListObject.h"
 #include "templates/MapObject.h"
 #include "templates/Node.h"
-
-namespace UTILS {
-
-extern template class Node<char>;
-extern template class Node<unsigned char>;
-extern template class ListObject<char>;
-extern template class ListObject<unsigned char>;
-extern template class MapNode<int, char>;
-extern template class MapNode<int, unsigned char>;
-extern template class MapObject<int, char>;
-extern template class MapObject<int, unsigned char>;
-extern template class UtilsAllocator<ListObject<char>>;
-extern template class UtilsAllocator<ListObject<unsigned char>>;
-extern template class UtilsAllocator<MapObject<int, char>>;
-extern template class UtilsAllocator<MapObject<int, unsigned char>>;
-
-} // namespace UTILS

@@ -132,14 +132,3 @@ private:
 
 #include "templates/MemObject.h"
 #include "templates/Utils.h"
-
-namespace UTILS {
-
-extern template class MemObject<char>;
-extern template class MemObject<unsigned char>;
-extern template class UtilsAllocator<MemObject<char>>;
-extern template class UtilsAllocator<MemObject<unsigned char>>;
-extern template class Utils<char, int>;
-extern template class Utils<unsigned char, int>;
-
-} // namespace UTILS

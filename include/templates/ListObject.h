@@ -329,6 +329,11 @@ QVLINKDB_PLAIN_LIST(char);
 QVLINKDB_PLAIN_LIST(unsigned char);
 #undef QVLINKDB_PLAIN_LIST
 
+extern template class ListObject<char>;
+extern template class ListObject<unsigned char>;
+extern template class UtilsAllocator<ListObject<char>>;
+extern template class UtilsAllocator<ListObject<unsigned char>>;
+
 } // namespace UTILS
 
 #include "ListSearch.h"

@@ -114,4 +114,9 @@ template <typename K, typename V> void MapObject<K, V>::RemoveAll() {
     SetToNull();
 }
 
+extern template class MapObject<int, char>;
+extern template class MapObject<int, unsigned char>;
+extern template class UtilsAllocator<MapObject<int, char>>;
+extern template class UtilsAllocator<MapObject<int, unsigned char>>;
+
 } // namespace UTILS

@@ -189,4 +189,9 @@ template <typename T> void MemObject<T>::Reverse() {
     }
 }
 
+extern template class MemObject<char>;
+extern template class MemObject<unsigned char>;
+extern template class UtilsAllocator<MemObject<char>>;
+extern template class UtilsAllocator<MemObject<unsigned char>>;
+
 } // namespace UTILS

@@ -308,4 +308,9 @@ QVLINKDB_PLAIN_NODE(char);
 QVLINKDB_PLAIN_NODE(unsigned char);
 #undef QVLINKDB_PLAIN_NODE
 
+extern template class Node<char>;
+extern template class Node<unsigned char>;
+extern template class MapNode<int, char>;
+extern template class MapNode<int, unsigned char>;
+
 } // namespace UTILS

@@ -8,6 +8,9 @@
 
 namespace UTILS {
 
+// What searches give when they find no position.
+constexpr unsigned long NOT_FOUND_INDEX = 0xEFFFFFFF;
+
 // A range as begin and length; one that ends before it begins is empty.
 template <typename T> struct Range {
     Range(T const *first, T const *end)

@@ -180,4 +180,7 @@ template <>
 void Utils<unsigned char, int>::AddVector(unsigned char const *, unsigned long) = delete;
 template <> void Utils<unsigned char, int>::RemoveVectorItem(unsigned long) = delete;
 
+extern template class Utils<char, int>;
+extern template class Utils<unsigned char, int>;
+
 } // namespace UTILS
