@@ -47,7 +47,7 @@ struct MEMORY_BASIC_INFORMATION {
     DWORD Type;
 };
 
-enum TOKEN_INFORMATION_CLASS { TokenGroups = 2 };
+enum TOKEN_INFORMATION_CLASS : int { TokenGroups = 2 };
 
 struct SID_IDENTIFIER_AUTHORITY {
     BYTE Value[6]; // the highest byte first
