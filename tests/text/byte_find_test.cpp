@@ -84,6 +84,13 @@ TEST(ByteCompare, A_size_of_zero_counts_as_one) {
     EXPECT_EQ(0, Bytes("a").FriendCompare(AsData("abc"), 0));
 }
 
+TEST(ByteCompare, No_bytes_count_as_one_that_is_zero) {
+    ExpectOrder("", "", 0);
+    ExpectOrder("", nul, 0);
+    ExpectOrder("", nul + nul, -1);
+    ExpectOrder("a", "", 1);
+}
+
 TEST(ByteCompare, Can_be_blind_to_case) {
     UtilsByte bytes = Bytes("aBc_");
     EXPECT_NE(0, bytes.Compare(Bytes("AbC_")));

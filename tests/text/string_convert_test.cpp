@@ -139,9 +139,3 @@ TEST(StringMessage, For_an_error_without_a_text_leaves_the_string_as_it_is) {
         EXPECT_STREQ("x", string.c_str());
     }
 }
-
-TEST(StringResource, That_isnt_there_leaves_the_string_as_it_is) {
-    UtilsString string("x");
-    EXPECT_EQ(0u, string.LoadStringA(nullptr, 0xFFF0, 100));
-    EXPECT_STREQ("x", string.c_str());
-}

@@ -100,10 +100,10 @@ Texts Split(Texts strings, StringModel text, std::string const &separator, bool 
 } // namespace
 
 TEST(StringListModel, Sorts_exchange_as_told) {
-    ExpectSortedLike(SelectionSorted, 1, 30, 1500);
-    ExpectSortedLike(ShellSorted, 2, 40, 1500);
-    ExpectSortedLike(QuickSorted, 3, 40, 1500);
-    ExpectSortedLike(QuickSorted, 4, 40, 1500);
+    ExpectSortedLike(SelectionSorted, 1, 30, 400);
+    ExpectSortedLike(ShellSorted, 2, 40, 400);
+    ExpectSortedLike(QuickSorted, 3, 40, 400);
+    ExpectSortedLike(QuickSorted, 4, 40, 400);
 }
 
 TEST(StringListModel, The_sort_is_picked_by_the_size) {
@@ -128,7 +128,7 @@ TEST(StringListModel, The_sort_is_picked_by_the_size) {
 
 TEST(StringListModel, Sorted_insertions_keep_the_order) {
     Random random(8);
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 100; ++round) {
         Texts texts = RandomTexts(random, random() % 60, 4);
         UtilsStringList list = Of(texts);
         for (int i = 0; i < 40; ++i) {
@@ -164,7 +164,7 @@ TEST(StringListModel, Searches_find_the_first_and_those_behind_it) {
 
 TEST(StringListModel, Splits_are_those_of_the_fast_pieces) {
     Random random(10);
-    for (int round = 0; round < 40000; ++round) {
+    for (int round = 0; round < 15000; ++round) {
         Texts const texts = RandomTexts(random, random() % 5, 3);
         StringModel text;
         text.Text() = Letters(random, 12);
