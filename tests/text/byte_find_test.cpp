@@ -223,6 +223,9 @@ TEST(ByteParse, Is_exact_whatever_the_case_setting) {
     EXPECT_EQ("1X2", BytesOf(piece));
     EXPECT_EQ(1, bytes.ParseNextByteString(AsData("x"), 1, piece));
     EXPECT_EQ("3", BytesOf(piece));
+    unsigned char out[] = "12345";
+    EXPECT_EQ(1, bytes.ParseFirstByteString(AsData("x"), 1, out));
+    EXPECT_STREQ("1X245", reinterpret_cast<char *>(out));
     bytes.SetCase(9); // not even one that is none
     EXPECT_EQ(1, bytes.ParseFirstByteString(AsData("x"), 1, piece));
 }
