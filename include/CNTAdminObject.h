@@ -17,7 +17,7 @@ enum ostype {
 
 // Asks the system when it is made, and doesn't again: a copy tells what the other was told.
 // A system that doesn't answer is of the unknown family. Outside Windows the family is that
-// of the version in platform::Settings. Nothing here throws. No lock: an object may be read
+// of the version in platform::Settings. Nothing else here throws. No lock: an object may be read
 // by many threads, and written by one.
 class QVLINKDB_API CNTAdminObject {
 public:
@@ -29,11 +29,18 @@ public:
     ostype GetOS() const;
     int IsNT() const; // 1 for the families from OS_NT3 on, else 0
 
+    // 1 if the thread's token, or else that of the process, holds the Administrators group, if
+    // only to be denied by it; 0 if not, if the system doesn't tell, and for the families
+    // before OS_NT3. Outside Windows the group is held by root and by the members of the groups
+    // that administer the machine. Each call leaves a handle open. Throws std::bad_alloc.
+    int IsAdmin();
+    int RunningAsAdministrator();
+
 protected:
     void Copy(const CNTAdminObject &other);
     void DetermineOS(); // leaves the family as it is where no version matches
 
-    PSID sid; // 0: nothing uses it yet
+    PSID sid; // of the last RunningAsAdministrator, which freed it: not to be used
     ostype os;
 
 private:

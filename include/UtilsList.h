@@ -51,6 +51,7 @@ public:
     using UtilsBase<T>::utoupper;
     using UtilsBase<T>::utolower;
     // For char some of these override the hooks, for others none does: none says so.
+    // NOLINTBEGIN(modernize-use-override)
     virtual int isupper(unsigned short const &value) const;
     virtual int isupper(char const &value) const;
     virtual int islower(unsigned short const &value) const;
@@ -61,6 +62,7 @@ public:
     virtual char utolower(char const &value) const;
     virtual const char *derived_class() const;
     virtual ~Node();
+    // NOLINTEND(modernize-use-override)
 
     // Takes the data: with `scheme` 0 the pointer, else a copy with its terminator.
     void BuildNodeData(T *data, int scheme, int caseMode, Node *next, Node *previous,
@@ -113,7 +115,7 @@ template <typename K, typename V> class QVLINKDB_TEMPLATE MapNode {
 public:
     // See BuildMapNodeData.
     MapNode(K *key, V *value, int scheme, int caseMode, MapNode *next, MapNode *previous,
-            unsigned long keySize, unsigned long valSize);
+            unsigned long keyLength, unsigned long valLength);
     MapNode(MapNode const &) = delete;
     MapNode &operator=(MapNode const &) = delete;
 
@@ -174,7 +176,7 @@ private:
 template <typename T> class QVLINKDB_TEMPLATE ListObject : public virtual UtilsBase<T> {
 public:
     // An empty list, for all.
-    ListObject(int scheme = 1, int caseMode = 1);
+    ListObject(int scheme = 1, int caseSetting = 1);
     ListObject(ListObject const &) = delete;
 
     const char *derived_class() const override;
@@ -284,7 +286,7 @@ private:
 // uniqueness: it is filled, copied and emptied.
 template <typename K, typename V> class QVLINKDB_TEMPLATE MapObject {
 public:
-    MapObject(int scheme = 1, int caseMode = 1);
+    MapObject(int scheme = 1, int caseSetting = 1);
     MapObject(MapObject const &) = delete;
 
     virtual const char *derived_class() const;

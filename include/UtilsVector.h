@@ -29,6 +29,7 @@ public:
     using UtilsBase<T>::utoupper;
     using UtilsBase<T>::utolower;
     // For char some of these override the hooks, for others none does: none says so.
+    // NOLINTBEGIN(modernize-use-override)
     virtual int isupper(unsigned short const &value) const;
     virtual int isupper(char const &value) const;
     virtual int islower(unsigned short const &value) const;
@@ -39,6 +40,7 @@ public:
     virtual char utolower(char const &value) const;
     virtual const char *derived_class() const;
     virtual ~MemObject();
+    // NOLINTEND(modernize-use-override)
 
     MemObject &operator=(MemObject const &other);
 

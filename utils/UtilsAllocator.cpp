@@ -6,6 +6,7 @@
 
 namespace UTILS {
 
+// NOLINTNEXTLINE(bugprone-throw-keyword-missing): it keeps the text, and is a member
 AllocationError::AllocationError(std::string const &text) : m_text(text) {}
 
 AllocationError::~AllocationError() = default;

@@ -137,6 +137,7 @@ template <typename T> Node<T> *ListObject<T>::Partition(Node<T> *first, Node<T> 
         for (; i != last && i->CompareData(*last, i->GetSizeOfData()) < 0; ++iPosition) {
             i = i->nextNode;
         }
+        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): `first` is before it in the list
         for (; j != first && j->CompareData(*last, j->GetSizeOfData()) >= 0; --jPosition) {
             j = j->prevNode;
         }

@@ -15,7 +15,7 @@ template <typename T> MemObject<T>::MemObject(unsigned long size)
     auto fresh = std::make_unique<UtilsAllocator<T>>(initialSize);
     storage = fresh.get();
     Zero();
-    fresh.release();
+    static_cast<void>(fresh.release());
 }
 
 template <typename T> MemObject<T>::~MemObject() { delete storage; }

@@ -3,6 +3,7 @@
 #include "platform/winapi.h"
 
 #include <cstdio>
+#include <cstring>
 
 namespace platform {
 namespace {
@@ -74,7 +75,8 @@ std::string Narrow(const unsigned short *wide, int length) {
         win::host::WideCharToMultiByte(page, 0, wide, length, nullptr, 0, nullptr, nullptr);
     std::string bytes(static_cast<std::size_t>(size), '\0');
     win::host::WideCharToMultiByte(page, 0, wide, length, bytes.data(), size, nullptr, nullptr);
-    return bytes.c_str();
+    bytes.resize(std::strlen(bytes.c_str())); // up to the terminator
+    return bytes;
 }
 
 bool IsWide(InsertFormat const &format) {

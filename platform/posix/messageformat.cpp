@@ -22,6 +22,7 @@ public:
         if (!m_list)
             return false;
         while (m_taken < number)
+            // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the caller has begun it
             m_values[m_taken++] = va_arg(*m_list, std::uintptr_t);
         value = m_values[number - 1];
         return true;

@@ -75,7 +75,7 @@ BOOL WriteGroups(std::vector<Sid> const &sids, void *buffer, DWORD size, DWORD &
     for (Sid const &sid : sids)
         whole += SizeOf(sid);
     needed = static_cast<DWORD>(whole);
-    if (size < whole)
+    if (!buffer || size < whole)
         return Fail(ERROR_INSUFFICIENT_BUFFER);
     auto *const groups = static_cast<TOKEN_GROUPS *>(buffer);
     auto *place = static_cast<BYTE *>(buffer) + record;
