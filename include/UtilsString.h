@@ -152,7 +152,8 @@ public:
 
     // Puts text in the place of the selected string; other strings and the cursors stay.
     template <typename X, EnableIfText<X> = 0> UtilsString &operator=(X const &text) {
-        return Assign(TextOperand(text));
+        Assign(TextOperand(text));
+        return *this;
     }
     // One string for each item, with selection and cursors at 0; one empty string for none.
     UtilsString &operator=(std::vector<char *> const &texts);
@@ -315,8 +316,8 @@ private:
 
     MemObject<char> &Current() const { return RetrieveVectorItem(currentString); }
     UtilsString &Select(unsigned long index);
-    UtilsString &Assign(TextOperand text);
-    template <typename Texts> UtilsString &AssignAll(Texts const &texts);
+    void Assign(TextOperand text);
+    template <typename Texts> void AssignAll(Texts const &texts);
     void RemoveAllStrings();
     void CheckIndex(unsigned long index) const;
     int SearchFor(TextOperand const &pattern, unsigned long occurrence, unsigned long &index) const;

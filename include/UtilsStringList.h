@@ -158,7 +158,7 @@ private:
     int CompareText(TextOperand const &other) const;
     UtilsString WithSettings(TextOperand const &text) const;
     template <typename Set> void ForEach(Set set);
-    template <typename Texts> UtilsStringList &AssignAll(Texts const &texts);
+    template <typename Texts> void AssignAll(Texts const &texts);
     void KeepPiece(UtilsString const &piece, unsigned long oldCount, int append, int sorted,
                    unsigned long &slot, bool &stored);
 };

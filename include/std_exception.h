@@ -49,10 +49,10 @@ private:
 // What disk operations throw.
 class QVLINKDB_API DiskIoException : public virtual std_exception {
 public:
-    DiskIoException(unsigned long type, unsigned long error, unsigned long line, const char *file,
-                    const char *message);
-    DiskIoException(unsigned long type, unsigned long error, unsigned long line, const char *file,
-                    const UtilsString &message);
+    DiskIoException(unsigned long kind, unsigned long code, unsigned long sourceLine,
+                    const char *sourceFile, const char *text);
+    DiskIoException(unsigned long kind, unsigned long code, unsigned long sourceLine,
+                    const char *sourceFile, const UtilsString &text);
     ~DiskIoException() override;
     const char *what() const noexcept override;
     const char *derived_class() const override;

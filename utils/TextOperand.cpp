@@ -47,7 +47,7 @@ void TextOperand::Own(std::string &&text) {
 }
 
 void TextOperand::KeepFrom(MemObject<char> const &run) {
-    std::less<char const *> const below;
+    std::less<> const below;
     char const *const begin = run.Retrieve();
     if (!below(m_text, begin) && !below(begin + run.RetrieveSize(), m_text)) {
         Own(std::string(m_text, m_size));

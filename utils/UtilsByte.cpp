@@ -22,8 +22,9 @@ UtilsByte::UtilsByte(unsigned char const *data, unsigned long size) : lastReplac
 
 UtilsByte::UtilsByte(MemObject<unsigned char> const &data) : UtilsByte() { Append(data); }
 
-UtilsByte::UtilsByte(UtilsByte const &other) : Utils<unsigned char, int>(), lastReplaceIndex(0) {
-    VectorCopy(other);
+UtilsByte::UtilsByte(UtilsByte const &other)
+    // NOLINTNEXTLINE(readability-redundant-member-init): the compiler wants it told
+    : UtilsBase<unsigned char>(), Utils<unsigned char, int>(other), lastReplaceIndex(0) {
     CopyData(other);
 }
 

@@ -36,9 +36,10 @@ UtilsString::UtilsString(unsigned short const *text, unsigned long count) : Util
 UtilsString::UtilsString(WideString const &text, unsigned long count)
     : UtilsString(text.c_str(), count) {}
 
-UtilsString::UtilsString(UtilsString const &other) : Utils<char, int>() {
+UtilsString::UtilsString(UtilsString const &other)
+    // NOLINTNEXTLINE(readability-redundant-member-init): the compiler wants it told
+    : UtilsBase<char>(), Utils<char, int>(other) {
     Init();
-    VectorCopy(other);
     CopyData(other);
 }
 
@@ -159,14 +160,14 @@ void UtilsString::Sort() { selection_sort(Retrieve(), Retrieve() + size()); }
 
 // Assignment
 
-UtilsString &UtilsString::Assign(TextOperand text) {
+void UtilsString::Assign(TextOperand text) {
     text.KeepFrom(Current());
     Current().Empty();
-    return Append(text);
+    Append(text);
 }
 
 // Made apart and then exchanged: an item may be text of this object.
-template <typename Texts> UtilsString &UtilsString::AssignAll(Texts const &texts) {
+template <typename Texts> void UtilsString::AssignAll(Texts const &texts) {
     UtilsString fresh;
     bool first = true;
     for (auto const &text : texts) {
@@ -181,21 +182,26 @@ template <typename Texts> UtilsString &UtilsString::AssignAll(Texts const &texts
     stringCount = fresh.stringCount;
     currentString = 0;
     findIndex = parseIndex = fastParseFound = fastParseStart = lastReplaceIndex = 0;
+}
+
+UtilsString &UtilsString::operator=(std::vector<char *> const &texts) {
+    AssignAll(texts);
     return *this;
 }
 
-UtilsString &UtilsString::operator=(std::vector<char *> const &texts) { return AssignAll(texts); }
-
 UtilsString &UtilsString::operator=(std::vector<std::string> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 UtilsString &UtilsString::operator=(std::vector<WideString> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 UtilsString &UtilsString::operator=(std::vector<UtilsString> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 // Appending

@@ -13,8 +13,9 @@ UtilsStringList::UtilsStringList(UtilsString const &text) : UtilsStringList() {
     }
 }
 
-UtilsStringList::UtilsStringList(UtilsStringList const &other) : Utils<UtilsString, int>() {
-    ListCopy(other);
+UtilsStringList::UtilsStringList(UtilsStringList const &other)
+    // NOLINTNEXTLINE(readability-redundant-member-init): the compiler wants it told
+    : UtilsBase<UtilsString>(), Utils<UtilsString, int>(other) {
     CopyData(other);
 }
 
@@ -110,29 +111,32 @@ UtilsStringList &UtilsStringList::operator=(UtilsStringList const &other) {
 }
 
 // Made apart: an item may be text of this list.
-template <typename Texts> UtilsStringList &UtilsStringList::AssignAll(Texts const &texts) {
+template <typename Texts> void UtilsStringList::AssignAll(Texts const &texts) {
     std::list<UtilsString> fresh;
     for (auto const &text : texts) {
         fresh.emplace_back(text);
     }
     List() = fresh;
-    return *this;
 }
 
 UtilsStringList &UtilsStringList::operator=(std::list<char *> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 UtilsStringList &UtilsStringList::operator=(std::list<std::string> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 UtilsStringList &UtilsStringList::operator=(std::list<WideString> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 UtilsStringList &UtilsStringList::operator=(std::list<UtilsString> const &texts) {
-    return AssignAll(texts);
+    AssignAll(texts);
+    return *this;
 }
 
 // Comparison, searching and sorting
@@ -197,6 +201,7 @@ void UtilsStringList::KeepPiece(UtilsString const &piece, unsigned long oldCount
 void UtilsStringList::SplitData(UtilsString const &source, UtilsString const &separator, int append,
                                 int sorted, int caseSetting) {
     UtilsString text(source);
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be a string of this list
     UtilsString const by(separator);
     text.SetCase(caseSetting);
     UtilsString piece = WithSettings("");

@@ -35,8 +35,7 @@ std_exception::std_exception() {
     message.Append("Exception Name:  ").Append(ClassName(typeid(std_exception)));
 }
 
-std_exception::std_exception(const std_exception &other)
-    : std::exception(other), message(other.message) {}
+std_exception::std_exception(const std_exception &other) = default;
 
 std_exception::std_exception(const char *condition, const char *file, unsigned long type,
                              unsigned long line, unsigned long error, int describe) {
@@ -88,6 +87,7 @@ const char *std_exception::what() const noexcept { return message.Retrieve(); }
 // A disk fault is never described, whatever its number.
 DiskIoException::DiskIoException(unsigned long kind, unsigned long code, unsigned long sourceLine,
                                  const char *sourceFile, const char *text)
+    // NOLINTNEXTLINE(bugprone-throw-keyword-missing): the base of this one
     : std_exception(text, sourceFile, kind, sourceLine, code, 0), type(kind), error(code),
       line(sourceLine) {
     Fill(text, sourceFile);
@@ -95,6 +95,7 @@ DiskIoException::DiskIoException(unsigned long kind, unsigned long code, unsigne
 
 DiskIoException::DiskIoException(unsigned long kind, unsigned long code, unsigned long sourceLine,
                                  const char *sourceFile, const UtilsString &text)
+    // NOLINTNEXTLINE(bugprone-throw-keyword-missing): the base of this one
     : std_exception(text, sourceFile, kind, sourceLine, code, 0), type(kind), error(code),
       line(sourceLine) {
     Fill(text, sourceFile);

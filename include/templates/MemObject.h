@@ -99,7 +99,7 @@ template <typename T> void MemObject<T>::Append(T const *data, unsigned long siz
     }
     size = size ? size : this->GetSizeOfData(data, nullptr);
     // The data may lie in this very block, which goes.
-    std::less<T const *> const below;
+    std::less<> const below;
     bool const own = !below(data, Retrieve()) && below(data, Retrieve() + storage->GetLength());
     std::unique_ptr<T[]> const kept(own && size ? storage->AllocateMemory(nullptr, size) : nullptr);
     std::copy(data, data + (kept ? size : 0), kept.get());

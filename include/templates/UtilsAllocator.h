@@ -341,7 +341,7 @@ void UtilsAllocator<T>::CopyElements(T *destination, T const *source, unsigned l
         return;
     }
     if constexpr (std::is_trivially_copyable_v<T>) {
-        std::less_equal<T const *> const notAbove;
+        std::less_equal<> const notAbove;
         if (notAbove(destination + n, source) || notAbove(source + n, destination)) {
             std::memcpy(static_cast<void *>(destination), source, std::size_t{n} * sizeof(T));
             loopIndex = n;

@@ -19,10 +19,8 @@ struct Flags {
 };
 
 Flags Allowed(UINT page) {
-    // Composition means nothing in UTF-8, which has all characters: asking for it is no mistake.
     if (page == CP_UTF8)
-        return {WC_ERR_INVALID_CHARS | WC_COMPOSITECHECK | WC_SEPCHARS,
-                MB_ERR_INVALID_CHARS | MB_PRECOMPOSED};
+        return {WC_ERR_INVALID_CHARS, MB_ERR_INVALID_CHARS};
     return {WC_COMPOSITECHECK | WC_SEPCHARS | WC_NO_BEST_FIT_CHARS,
             MB_PRECOMPOSED | MB_ERR_INVALID_CHARS};
 }
