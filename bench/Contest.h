@@ -27,10 +27,26 @@ struct Contest {
     std::vector<Contender> contenders; // the library's first
 };
 
+// What goes into one table.
+struct Topic {
+    std::string sizes; // what the sizes of its contests are
+    std::vector<Contest> contests;
+    std::vector<Row> rows; // known already, without a clock
+};
+using Topics = std::function<std::vector<Topic>(bool quick)>;
+
+// A whole program that measures some topics: its options, its tables and its result.
+int RunTopics(int argc, char **argv, char const *program, Topics const &topics);
+
 // Searches and comparisons of runs; sizes are bytes.
 std::vector<Contest> RangeContests();
 // Work on lists; sizes are nodes.
 std::vector<Contest> ListContests(std::uint32_t nodes);
+// Work on single strings; sizes are characters.
+std::vector<Contest> StringContests();
+std::vector<Row> StringMemory();
+// Splitting of texts and work on lists of strings; sizes are strings.
+std::vector<Contest> StringListContests(std::uint32_t strings);
 
 // Work that a single call does. Memory counts as changed between calls, so that none is left out.
 template <class Call> std::function<void(benchmark::State &)> Repeated(Call call) {
@@ -62,6 +78,14 @@ std::function<void(benchmark::State &)> RepeatedOn(Make make, Work work) {
 inline void Expect(bool right, std::string const &what) {
     if (!right)
         throw std::runtime_error("wrong answer: " + what);
+}
+
+// Adds a way of doing the work once its answer has been seen to be right.
+template <class Call, class Answer> void Add(Contest &contest, std::string const &name, Call call,
+                                             Answer const &answer, Against against = Against::Rival,
+                                             double target = 0) {
+    Expect(call() == answer, contest.workload + ", " + name);
+    contest.contenders.push_back({name, Repeated(call), against, target});
 }
 
 } // namespace bench

@@ -108,14 +108,6 @@ int OurCompare(UTILS::MemObject<char> const &letters, std::string const &a, std:
 
 int Sign(int value) { return value < 0 ? -1 : value > 0 ? 1 : 0; }
 
-// Adds a way of doing the work once its answer has been seen to be right.
-template <class Call, class Answer> void Add(Contest &contest, std::string const &name, Call call,
-                                             Answer const &answer, Against against = Against::Rival,
-                                             double target = 0) {
-    Expect(call() == answer, contest.workload + ", " + name);
-    contest.contenders.push_back({name, Repeated(call), against, target});
-}
-
 std::size_t Position(std::string const &text, void const *found) {
     return static_cast<std::size_t>(static_cast<char const *>(found) - text.data());
 }

@@ -26,7 +26,12 @@ std::string LowerCase(std::string text) {
 
 } // namespace
 
-std::string Row::Ratio() const { return Short(Value(), against == Against::Rival ? "x" : "times"); }
+std::string Row::Ratio() const {
+    char const *const word = against == Against::Rival ? "x" : "times";
+    if (Value() >= 0.0995)
+        return Short(Value(), word);
+    return Printed(Value() < 0.001 ? "%.5f " : "%.2g ", Value()) + word;
+}
 
 std::string Row::Verdict() const {
     if (target <= 0)
@@ -36,6 +41,8 @@ std::string Row::Verdict() const {
 }
 
 std::string Format(double value, Unit unit) {
+    if (unit == Unit::Bytes && value < 1e3)
+        return Printed("%.0f B", value);
     if (unit == Unit::Bytes)
         return value < 1e6 ? Short(value / 1e3, "kB") : Short(value / 1e6, "MB");
     if (value >= 1)

@@ -153,6 +153,11 @@ Memory ProcessMemory() {
     return {kilobytes("VmRSS"), kilobytes("VmHWM")};
 }
 
+std::size_t HeapBytes() {
+    auto const heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
 std::vector<double> RunSelf(std::vector<std::string> const &arguments) {
     std::string command = "'" + std::filesystem::read_symlink("/proc/self/exe").string() + "'";
     for (std::string const &argument : arguments)

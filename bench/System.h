@@ -50,6 +50,8 @@ struct Memory {
 };
 void ForgetPeak();
 Memory ProcessMemory();
+// Bytes of the heap that are in use, with what the heap itself adds to each block.
+std::size_t HeapBytes();
 
 // Runs this program again with these arguments and returns the numbers that it prints.
 std::vector<double> RunSelf(std::vector<std::string> const &arguments);
