@@ -39,7 +39,6 @@ UtilsString::UtilsString(WideString const &text, unsigned long count)
 UtilsString::UtilsString(UtilsString const &other)
     // NOLINTNEXTLINE(readability-redundant-member-init): the compiler wants it told
     : UtilsBase<char>(), Utils<char, int>(other) {
-    Init();
     CopyData(other);
 }
 

@@ -1,6 +1,14 @@
 #include "UtilsStringList.h"
 
 namespace UTILS {
+namespace {
+
+void GiveSettings(UtilsString &text, UtilsStringList const &list) {
+    text.SetCase(list.GetCase());
+    text.SetMatchStyle(list.GetMatchStyle());
+}
+
+} // namespace
 
 UtilsStringList::UtilsStringList() {
     Init();
@@ -42,22 +50,19 @@ void UtilsStringList::CopyData(UtilsStringList const &other) {
 UtilsString UtilsStringList::WithSettings(TextOperand const &text) const {
     UtilsString copy;
     copy.Append(text);
-    copy.SetCase(caseMode);
-    copy.SetMatchStyle(matchStyle);
+    GiveSettings(copy, *this);
     return copy;
 }
 
 void UtilsStringList::AddString(UtilsString const &text) {
     UtilsString copy(text);
-    copy.SetCase(caseMode);
-    copy.SetMatchStyle(matchStyle);
+    GiveSettings(copy, *this);
     List().AddToHead(&copy, 1);
 }
 
 void UtilsStringList::AddStringSorted(UtilsString const &text) {
     UtilsString copy(text);
-    copy.SetCase(caseMode);
-    copy.SetMatchStyle(matchStyle);
+    GiveSettings(copy, *this);
     List().SortedInsert(&copy, 1);
 }
 
@@ -152,8 +157,7 @@ unsigned long UtilsStringList::SearchList(UtilsString const &item, int method,
         return NOT_FOUND_INDEX;
     }
     UtilsString copy(item);
-    copy.SetCase(caseMode);
-    copy.SetMatchStyle(matchStyle);
+    GiveSettings(copy, *this);
     return List().SearchList(&copy, matchStyle != 0 ? 0 : method, occurrence, 1);
 }
 
