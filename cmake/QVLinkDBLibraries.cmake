@@ -18,6 +18,9 @@ endif()
 
 find_package(Threads REQUIRED)
 set(QVLINKDB_SYSTEM_LIBRARIES Threads::Threads ${CMAKE_DL_LIBS})
+if(WIN32)
+  list(APPEND QVLINKDB_SYSTEM_LIBRARIES ole32)
+endif()
 
 add_library(QVLinkDB SHARED $<TARGET_OBJECTS:qvlinkdb_objects>)
 add_library(QVLinkDB::QVLinkDB ALIAS QVLinkDB)

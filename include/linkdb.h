@@ -317,4 +317,12 @@ extern "C" {
 // `directory`; later calls only add to its count and ignore their argument. Null on
 // failure. Each call pairs with one CQVUDatabase::Release. Callers serialise.
 QVLINKDB_API CQVUDatabase *AttachDatabase(const char *directory);
+
+// Whether a file belongs to the operating system: 1 or 0. The path is a full one, with
+// drive and folders spelled as the system tells its own, but for case; a protected folder
+// doesn't protect what is below it. Asking isn't without effect: a folder that only leads
+// to protected files answers 0 the first time and 1 every time after that, for as long as
+// the process lives. A path of 260 characters or more ends the process; null answers 0.
+// Any thread, no lock.
+QVLINKDB_API int IsProtectedPath(const char *path);
 }

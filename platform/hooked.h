@@ -16,6 +16,10 @@ bool ToldThread();
 void NoteToken(HANDLE token, bool ofThread);
 // The groups that were told for a token; null for none.
 TOKEN_GROUPS const *ToldGroups(HANDLE token);
+// The resource that SetResources told of; null for none.
+HRSRC ToldResource(const char *name, const char *type);
+// Its size and bytes; false if it isn't one of those.
+bool ToldBytes(HRSRC resource, const void *&bytes, DWORD &size);
 // As GetTokenInformation does it.
 BOOL TellGroups(TOKEN_GROUPS const &groups, LPVOID buffer, DWORD size, DWORD *needed);
 
@@ -129,6 +133,66 @@ inline BOOL GetVersionExA(OSVERSIONINFOA *record) {
 inline HMODULE LoadLibraryA(const char *name) {
     return testing_hooks::Guarded(testing_hooks::About("LoadLibraryA", name), HMODULE{},
                                   [=] { return host::LoadLibraryA(name); });
+}
+
+inline BOOL FreeLibrary(HMODULE module) {
+    return testing_hooks::Guarded(testing_hooks::About("FreeLibrary"), BOOL{FALSE},
+                                  [=] { return host::FreeLibrary(module); });
+}
+
+inline DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size) {
+    return testing_hooks::Guarded(testing_hooks::About("GetModuleFileNameA"), DWORD{0},
+                                  [=] { return host::GetModuleFileNameA(module, buffer, size); });
+}
+
+inline HRSRC FindResourceA(HMODULE module, const char *name, const char *type) {
+    return testing_hooks::Guarded(testing_hooks::About("FindResourceA", type), HRSRC{}, [=] {
+        HRSRC const told = testing_hooks::ToldResource(name, type);
+        return told ? told : host::FindResourceA(module, name, type);
+    });
+}
+
+inline DWORD SizeofResource(HMODULE module, HRSRC resource) {
+    return testing_hooks::Guarded(testing_hooks::About("SizeofResource"), DWORD{0}, [=] {
+        const void *bytes = nullptr;
+        DWORD size = 0;
+        return testing_hooks::ToldBytes(resource, bytes, size)
+                   ? size
+                   : host::SizeofResource(module, resource);
+    });
+}
+
+inline HGLOBAL LoadResource(HMODULE module, HRSRC resource) {
+    return testing_hooks::Guarded(testing_hooks::About("LoadResource"), HGLOBAL{}, [=] {
+        const void *bytes = nullptr;
+        DWORD size = 0;
+        return testing_hooks::ToldBytes(resource, bytes, size)
+                   ? const_cast<void *>(bytes)
+                   : host::LoadResource(module, resource);
+    });
+}
+
+inline LPVOID LockResource(HGLOBAL resource) {
+    return testing_hooks::Guarded(testing_hooks::About("LockResource"), LPVOID{},
+                                  [=] { return host::LockResource(resource); });
+}
+
+inline BOOL FreeResource(HGLOBAL resource) {
+    return testing_hooks::Guarded(testing_hooks::About("FreeResource"), BOOL{TRUE},
+                                  [=] { return host::FreeResource(resource); });
+}
+
+inline HRESULT OleInitialize(LPVOID reserved) {
+    constexpr auto failure = static_cast<HRESULT>(0x8000ffff); // "unexpected"
+    return testing_hooks::Guarded(testing_hooks::About("OleInitialize"), failure,
+                                  [=] { return host::OleInitialize(reserved); });
+}
+
+inline void OleUninitialize() {
+    testing_hooks::Guarded(testing_hooks::About("OleUninitialize"), 0, [] {
+        host::OleUninitialize();
+        return 0;
+    });
 }
 
 inline HMODULE GetModuleHandleA(const char *name) {

@@ -15,6 +15,8 @@ std::atomic<DWORD> toldMajor{0};
 std::atomic<DWORD> toldMinor{0};
 std::atomic<TOKEN_GROUPS const *> threadGroups{nullptr};
 std::atomic<TOKEN_GROUPS const *> processGroups{nullptr};
+Resource const *toldResources = nullptr;
+std::size_t toldResourceCount = 0;
 std::atomic<HANDLE> threadToken{nullptr}; // the last that was opened
 std::atomic<HANDLE> processToken{nullptr};
 
@@ -75,6 +77,29 @@ BOOL TellGroups(TOKEN_GROUPS const &groups, LPVOID buffer, DWORD size, DWORD *ne
     }
     std::memcpy(buffer, &groups, whole);
     return TRUE;
+}
+
+void SetResources(Resource const *resources, std::size_t count) {
+    toldResources = resources;
+    toldResourceCount = resources ? count : 0;
+}
+
+HRSRC ToldResource(const char *name, const char *type) {
+    for (std::size_t i = 0; i < toldResourceCount; ++i)
+        if (name == MAKEINTRESOURCEA(toldResources[i].id) &&
+            win::host::_stricmp(type, toldResources[i].type) == 0)
+            return reinterpret_cast<HRSRC>(const_cast<Resource *>(&toldResources[i]));
+    return nullptr;
+}
+
+bool ToldBytes(HRSRC resource, const void *&bytes, DWORD &size) {
+    for (std::size_t i = 0; i < toldResourceCount; ++i)
+        if (resource == reinterpret_cast<HRSRC>(const_cast<Resource *>(&toldResources[i]))) {
+            bytes = toldResources[i].bytes;
+            size = toldResources[i].size;
+            return true;
+        }
+    return false;
 }
 
 } // namespace testing_hooks

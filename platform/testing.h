@@ -33,9 +33,11 @@ using Hook = bool (*)(Call const &call, void *context);
 // CloseHandle, CreateFileA, ReadFile, WriteFile, SetFilePointerEx, GetFileSizeEx,
 // FlushFileBuffers, GetFileAttributesA, SetFileAttributesA, DeleteFileA, MoveFileExA,
 // GetSystemDirectoryA, GetWindowsDirectoryA, GetVersionExA, LoadLibraryA,
-// GetModuleHandleA, GetProcAddress, WideCharToMultiByte, MultiByteToWideChar,
-// FormatMessageA, OpenProcessToken, OpenThreadToken, GetTokenInformation,
-// AllocateAndInitializeSid. Null takes it away.
+// FreeLibrary, GetModuleHandleA, GetModuleFileNameA, GetProcAddress, FindResourceA (path is
+// the type), SizeofResource, LoadResource, LockResource, FreeResource, OleInitialize,
+// OleUninitialize, WideCharToMultiByte, MultiByteToWideChar, FormatMessageA,
+// OpenProcessToken, OpenThreadToken, GetTokenInformation, AllocateAndInitializeSid. Null
+// takes it away.
 void SetHook(Hook hook, void *context);
 
 // What GetVersionExA reports instead of the system's version; 0, 0, 0 makes the system
@@ -47,6 +49,16 @@ void SetVersion(DWORD platformId, DWORD major, DWORD minor);
 // its SIDs stay the caller's, and have to stay while they are set.
 void SetThreadGroups(TOKEN_GROUPS const *groups);
 void SetProcessGroups(TOKEN_GROUPS const *groups);
+
+// Resources that every module has beside its own; none with null. They stay the caller's,
+// and have to stay while they are set.
+struct Resource {
+    const char *type;
+    WORD id;
+    const void *bytes;
+    DWORD size;
+};
+void SetResources(Resource const *resources, std::size_t count);
 
 } // namespace testing_hooks
 

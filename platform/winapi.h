@@ -14,6 +14,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwctype>
+#include <mbstring.h>
+#include <ole2.h>
 #else
 #include "platform/posix/declarations.h"
 #endif
@@ -53,11 +55,21 @@ using ::GetVersionExA;
 using ::GetWindowsDirectoryA;
 // Modules
 using ::DisableThreadLibraryCalls;
+using ::FreeLibrary;
 using ::GetModuleFileNameA;
 using ::GetModuleHandleA;
 using ::GetProcAddress;
 using ::LoadLibraryA;
 using ::VirtualQuery;
+// Resources
+using ::FindResourceA;
+using ::FreeResource;
+using ::LoadResource;
+using ::LockResource;
+using ::SizeofResource;
+// Objects of other programs
+using ::OleInitialize;
+using ::OleUninitialize;
 // Memory by the page
 using ::VirtualAlloc;
 using ::VirtualFree;
@@ -73,11 +85,16 @@ using ::GetTokenInformation;
 using ::OpenProcessToken;
 using ::OpenThreadToken;
 // Text
+using ::_mbschr;
+using ::_mbsicmp;
+using ::_mbstok;
+using ::_memicmp;
 using ::_splitpath;
 using ::_splitpath_s;
 using ::_stricmp;
 using ::_strlwr;
 using ::iswctype;
+using ::strcpy_s;
 // Code pages: wide text is in 16-bit units, `unsigned short`, on both systems.
 using ::GetACP;
 inline int WideCharToMultiByte(UINT codePage, DWORD flags, const unsigned short *wide, int length,

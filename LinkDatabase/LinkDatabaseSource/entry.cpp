@@ -2,12 +2,20 @@
 #include "linkdb.h"
 
 #include "linkdb_state.h"
+#include "protect_load.h"
 
 #include "platform/winapi.h"
 
+HINSTANCE g_hModule = nullptr;
+
 namespace {
 
-HINSTANCE g_hModule = nullptr; // this library's own
+void Attach(HINSTANCE module) {
+    g_hModule = module;
+    LoadProtectedFiles();
+    LoadProtectedRegs();
+    win::DisableThreadLibraryCalls(g_hModule);
+}
 
 void Detach() {
     g_hModule = nullptr;
@@ -19,8 +27,7 @@ void Detach() {
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
-        g_hModule = module;
-        win::DisableThreadLibraryCalls(g_hModule);
+        Attach(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         Detach();
     }

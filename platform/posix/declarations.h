@@ -12,6 +12,10 @@
 using FARPROC = std::intptr_t (*)();
 using LPCVOID = const void *;
 using HLOCAL = void *;
+using HGLOBAL = void *;
+struct HRSRC_RECORD;
+using HRSRC = HRSRC_RECORD *;
+using HRESULT = std::int32_t;
 using errno_t = int;
 
 struct FILETIME {
@@ -173,7 +177,20 @@ constexpr DWORD ERROR_NO_TOKEN = 1008;
 constexpr DWORD ERROR_NO_UNICODE_TRANSLATION = 1113;
 constexpr DWORD ERROR_IO_DEVICE = 1117;
 constexpr DWORD ERROR_INVALID_SID = 1337;
+constexpr DWORD ERROR_RESOURCE_DATA_NOT_FOUND = 1812;
+constexpr DWORD ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
+constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
+
+constexpr HRESULT S_OK = 0;
+constexpr HRESULT S_FALSE = 1;
+constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001);
+constexpr bool SUCCEEDED(HRESULT result) { return result >= 0; }
+
+// A resource's number in the place of its name.
+inline const char *MAKEINTRESOURCEA(WORD id) {
+    return reinterpret_cast<const char *>(static_cast<std::uintptr_t>(id));
+}
 
 namespace win::host {
 
@@ -218,12 +235,26 @@ UINT GetWindowsDirectoryA(char *buffer, UINT size);
 BOOL GetVersionExA(OSVERSIONINFOA *record);
 
 // Modules: "NAME.dll" is the file NAME.dll.so beside this library, found without regard
-// to case.
+// to case; a name with a path is that file with .so behind it, and no other.
 HMODULE LoadLibraryA(const char *name);
+BOOL FreeLibrary(HMODULE module);
 HMODULE GetModuleHandleA(const char *name);
 FARPROC GetProcAddress(HMODULE module, const char *name);
 DWORD GetModuleFileNameA(HMODULE module, char *buffer, DWORD size);
 BOOL DisableThreadLibraryCalls(HMODULE module);
+// Resources of a module, null for the program: those that the build's qvlinkdb_resources
+// gave it. Names are numbers; types are texts, and their case doesn't matter. Nothing has
+// to be given back.
+HRSRC FindResourceA(HMODULE module, const char *name, const char *type);
+DWORD SizeofResource(HMODULE module, HRSRC resource);
+HGLOBAL LoadResource(HMODULE module, HRSRC resource);
+LPVOID LockResource(HGLOBAL resource);
+BOOL FreeResource(HGLOBAL resource); // FALSE: there is nothing that could fail
+
+// Objects of other programs: there are none here, and it says so with E_NOTIMPL.
+HRESULT OleInitialize(LPVOID reserved);
+void OleUninitialize();
+
 // Reserves and commits, for reading and writing; nothing else is supported. Blocks of 2 MiB
 // and more get large pages where the kernel has them.
 LPVOID VirtualAlloc(LPVOID address, SIZE_T size, DWORD type, DWORD protection);
@@ -234,7 +265,13 @@ SIZE_T VirtualQuery(LPCVOID address, MEMORY_BASIC_INFORMATION *information, SIZE
 DWORD GetLastError();
 void SetLastError(DWORD code);
 
-// Text: case is that of ASCII letters, but for iswctype.
+// Text: case is that of ASCII letters, but for iswctype. A function that begins with _mbs
+// takes double-byte characters whole where the settings' code page has such.
+unsigned char *_mbschr(const unsigned char *text, unsigned character);
+int _mbsicmp(const unsigned char *left, const unsigned char *right);
+unsigned char *_mbstok(unsigned char *text, const unsigned char *delimiters); // as strtok
+int _memicmp(const void *left, const void *right, std::size_t size);
+errno_t strcpy_s(char *to, std::size_t size, const char *from); // ends the process, not cut
 void _splitpath(const char *path, char *drive, char *directory, char *name, char *extension);
 errno_t _splitpath_s(const char *path, char *drive, std::size_t driveSize, char *directory,
                      std::size_t directorySize, char *name, std::size_t nameSize, char *extension,

@@ -73,17 +73,27 @@ Module CheckedModule(HMODULE handle) {
     return module.handle == handle ? module : Module{};
 }
 
-// The host's file for a module name; empty if there is none. The name is a bare one, with
-// ".dll" at its end unless it has a dot.
-std::string ModuleFile(const char *name) {
-    std::string file = name ? name : "";
-    if (file.empty() || file.find_first_of("\\/:") != std::string::npos)
+// Where a module of this name would be: a name with a path is taken as it stands, and for
+// others it is this library's folder. The name has ".dll" at its end unless it has a dot.
+std::string ModulePathFor(std::string const &name) {
+    std::size_t const slash = name.find_last_of("\\/:");
+    std::string file = name.substr(slash == std::string::npos ? 0 : slash + 1);
+    if (file.empty())
         return {};
     if (file.find('.') == std::string::npos)
         file += ".dll";
     else if (file.back() == '.')
         file.pop_back();
-    std::string const path = FindEntry(ParentOf(OwnPath()), file + ".so");
+    if (slash == std::string::npos)
+        return FindEntry(ParentOf(OwnPath()), file + ".so");
+    std::string path;
+    return HostPath((name.substr(0, slash + 1) + file + ".so").c_str(), path) ? path
+                                                                              : std::string();
+}
+
+// The host's file for a module name; empty if there is none.
+std::string ModuleFile(const char *name) {
+    std::string const path = name ? ModulePathFor(name) : std::string();
     struct stat entry {};
     return stat(path.c_str(), &entry) == 0 && S_ISREG(entry.st_mode) ? path : std::string();
 }
@@ -109,6 +119,16 @@ HMODULE Load(const char *name) {
     if (!module)
         Fail(IsModuleImage(path) ? ERROR_MOD_NOT_FOUND : ERROR_BAD_EXE_FORMAT);
     return module;
+}
+
+// The loader counts who holds a module: asking for it makes one more.
+BOOL Unload(HMODULE handle) {
+    Module const module = CheckedModule(handle);
+    Hold const held = module && *module.name ? HoldLoaded(module.name) : Hold(nullptr, dlclose);
+    if (!held)
+        return Fail(ERROR_MOD_NOT_FOUND);
+    dlclose(held.get());
+    return TRUE;
 }
 
 // A module counts as there while it is loaded and its file is where it was loaded from.
@@ -179,6 +199,8 @@ namespace win::host {
 HMODULE LoadLibraryA(const char *name) {
     return platform::OutOfMemoryAs(HMODULE{}, [=] { return platform::Load(name); });
 }
+
+BOOL FreeLibrary(HMODULE module) { return platform::Unload(module); }
 
 HMODULE GetModuleHandleA(const char *name) {
     return platform::OutOfMemoryAs(HMODULE{}, [=] { return platform::FindLoaded(name); });

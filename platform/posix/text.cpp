@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 
 namespace win::host {
@@ -96,6 +97,24 @@ int _stricmp(const char *left, const char *right) {
         if (a == 0)
             return 0;
     }
+}
+
+int _memicmp(const void *left, const void *right, std::size_t size) {
+    auto const *const a = static_cast<const char *>(left);
+    auto const *const b = static_cast<const char *>(right);
+    for (std::size_t i = 0; i < size; ++i)
+        if (Lower(a[i]) != Lower(b[i]))
+            return Lower(a[i]) < Lower(b[i]) ? -1 : 1;
+    return 0;
+}
+
+// A text that doesn't fit ends the process, as the handler for invalid parameters does.
+errno_t strcpy_s(char *to, std::size_t size, const char *from) {
+    std::size_t const length = to && from ? strnlen(from, size) : size;
+    if (length >= size)
+        std::abort();
+    std::memcpy(to, from, length + 1);
+    return 0;
 }
 
 char *_strlwr(char *text) {

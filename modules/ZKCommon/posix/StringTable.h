@@ -6,13 +6,11 @@
 // string is in the code page that the settings have where it is loaded.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include "platform/posix/notes.h"
 
 namespace ZK {
 
 constexpr char stringNoteName[] = "QVLinkDB";
-constexpr std::uint32_t stringNoteType = 1;
 
 // As ELF lays a note out.
 template <std::size_t size> struct alignas(4) StringTable {
@@ -29,5 +27,5 @@ template <std::size_t size> struct alignas(4) StringTable {
 #define ZK_STRING_TABLE(strings)                                                                   \
     __attribute__((section(".note.qvlinkdb.strings"), aligned(4),                                  \
                    used)) static const ZK::StringTable<sizeof(strings)>                            \
-        zkStringTable = {sizeof ZK::stringNoteName, sizeof(strings), ZK::stringNoteType,           \
+        zkStringTable = {sizeof ZK::stringNoteName, sizeof(strings), platform::stringTableNote,    \
                          "QVLinkDB", strings}
