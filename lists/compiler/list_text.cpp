@@ -1,58 +1,21 @@
 #include "list_text.h"
 
+#include "list_lines.h"
+
 #include <algorithm>
 #include <iterator>
 
 namespace lists {
 namespace {
 
-bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string_view Trim(std::string_view line) {
-    while (!line.empty() && IsBlank(line.back()))
-        line.remove_suffix(1);
-    while (!line.empty() && IsBlank(line.front()))
-        line.remove_prefix(1);
-    return line;
-}
-
-// Takes the next line, without its line feed, from the front of a text.
-std::string_view TakeLine(std::string_view &text) {
-    std::size_t const end = text.find('\n');
-    std::string_view const line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    return line;
-}
-
-bool StartsWith(std::string_view line, std::string_view start) {
-    return line.size() >= start.size() &&
-           std::equal(start.begin(), start.end(), line.begin(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
-}
-
-// A text in which an entry's spellings are alike and that sorts as the entries do: the
-// end of a component comes before any character.
-std::string Folded(std::string_view entry) {
-    std::string folded;
-    for (char const c : entry) {
-        if (c != '\\')
-            folded += Lower(c);
-        else if (!folded.empty() && folded.back() != '\0')
-            folded += '\0';
-    }
-    if (!folded.empty() && folded.back() == '\0')
-        folded.pop_back();
-    return folded;
-}
-
 struct Entry {
     std::string folded;
     std::string_view spelling;
-    bool operator<(Entry const &other) const { return folded < other.folded; }
 };
 
+bool operator<(Entry const &a, Entry const &b) { return a.folded < b.folded; }
+
+// Each once, in order.
 std::vector<Entry> EntriesOf(std::string_view text) {
     std::vector<Entry> entries;
     while (!text.empty())
@@ -78,6 +41,40 @@ std::vector<std::string> Without(std::vector<Entry> const &entries,
 
 } // namespace
 
+std::string_view Trim(std::string_view line) {
+    while (!line.empty() && IsBlank(line.back()))
+        line.remove_suffix(1);
+    while (!line.empty() && IsBlank(line.front()))
+        line.remove_prefix(1);
+    return line;
+}
+
+std::string_view TakeLine(std::string_view &text) {
+    std::size_t const end = text.find('\n');
+    std::string_view const line = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    return line;
+}
+
+bool StartsWith(std::string_view line, std::string_view start) {
+    return line.size() >= start.size() &&
+           std::equal(start.begin(), start.end(), line.begin(),
+                      [](char a, char b) { return Lower(a) == Lower(b); });
+}
+
+std::string Folded(std::string_view entry) {
+    std::string folded;
+    for (char const c : entry) {
+        if (c != '\\')
+            folded += Lower(c);
+        else if (!folded.empty() && folded.back() != '\0')
+            folded += '\0';
+    }
+    if (!folded.empty() && folded.back() == '\0')
+        folded.pop_back();
+    return folded;
+}
+
 std::optional<Kind> KindOf(std::string_view text) {
     while (!text.empty()) {
         std::string_view const line = Trim(TakeLine(text));
@@ -90,8 +87,6 @@ std::optional<Kind> KindOf(std::string_view text) {
     }
     return std::nullopt;
 }
-
-std::vector<Finding> Check(std::string_view, Kind) { return {}; }
 
 Difference Compare(std::string_view first, std::string_view second) {
     auto const a = EntriesOf(first);
