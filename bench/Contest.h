@@ -48,6 +48,14 @@ std::vector<Row> StringMemory();
 // Splitting of texts and work on lists of strings; sizes are strings.
 std::vector<Contest> StringListContests(std::uint32_t strings);
 
+// The protected lists; sizes are lines of the largest one.
+std::vector<Contest> ProtectContests();
+std::vector<Row> ProtectMemory();
+Row ListLoad(int runs);
+double SecondsOf(std::string const &work); // of a load or an inflate, in this process
+// What loading the library adds to a program; sizes are runs.
+std::vector<Row> LoadTimes(int runs);
+
 // Work that a single call does. Memory counts as changed between calls, so that none is left out.
 template <class Call> std::function<void(benchmark::State &)> Repeated(Call call) {
     return [call](benchmark::State &state) {

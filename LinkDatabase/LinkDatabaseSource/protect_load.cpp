@@ -71,6 +71,27 @@ Prefix windowsPrefix;
 Prefix systemPrefix;
 bool dirsCaptured = false;
 
+// The tree that a list is being read into; a list's lines are mostly in order.
+ProtectAdder *reading = nullptr;
+
+void Add(ProtectNode &tree, const char *path) {
+    if (reading)
+        reading->Add(path, 0);
+    else
+        ProtectAdd(tree, path, 0);
+}
+
+class Reading {
+public:
+    explicit Reading(ProtectNode &tree) : m_adder(tree) { reading = &m_adder; }
+    ~Reading() { reading = nullptr; }
+    Reading(Reading const &) = delete;
+    Reading &operator=(Reading const &) = delete;
+
+private:
+    ProtectAdder m_adder;
+};
+
 void Report(int line, const char *expression) {
     Diag(1, "protect", "LoadFileListCallback", line, BuildStamp, "%s - %lu", expression,
          static_cast<unsigned long>(win::GetLastError()));
@@ -93,12 +114,12 @@ void LoadFileListCallback(char *line, unsigned long length) {
     const char *const path =
         length < tag ? nullptr : (isWindows ? windowsPrefix : systemPrefix).With(line + tag);
     if (path)
-        ProtectAdd(ProtectedFileTree, path, 0);
+        Add(ProtectedFileTree, path);
 }
 
 void LoadRegListCallback(char *line, unsigned long length) {
     if (length < ProtectPathRoom)
-        ProtectAdd(ProtectedRegTree, line, 0);
+        Add(ProtectedRegTree, line);
 }
 
 // The library's entry fills them, so they come first.
@@ -120,12 +141,16 @@ void LoadProtectedFiles() {
     if (!pair)
         return;
     CaptureSystemDirs();
+    Reading const tree(ProtectedFileTree);
     LoadListResource(pair->files, "WIN_FILES", LoadFileListCallback);
     windowsPrefix.Cut();
     systemPrefix.Cut();
 }
 
 void LoadProtectedRegs() {
-    if (ListPair const *const pair = ListsOf(g_NTAdminObject.GetOS()))
-        LoadListResource(pair->keys, "WIN_REGS", LoadRegListCallback);
+    ListPair const *const pair = ListsOf(g_NTAdminObject.GetOS());
+    if (!pair)
+        return;
+    Reading const tree(ProtectedRegTree);
+    LoadListResource(pair->keys, "WIN_REGS", LoadRegListCallback);
 }

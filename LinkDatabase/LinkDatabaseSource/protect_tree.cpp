@@ -4,34 +4,12 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 namespace {
 
 const unsigned char *Bytes(const char *text) {
     return reinterpret_cast<const unsigned char *>(text);
 }
-
-constexpr unsigned headSize = sizeof(std::uint64_t);
-constexpr unsigned char notAscii = 0x80; // in a head: there the text has to be looked at
-
-// Comes out as _mbsicmp orders: in every code page what isn't ASCII is behind what is.
-std::uint64_t HeadOf(const char *text) {
-    std::uint64_t head = 0;
-    unsigned i = 0;
-    for (; i < headSize && text[i]; ++i) {
-        auto const c = static_cast<unsigned char>(text[i]);
-        bool const isCapital = c >= 'A' && c <= 'Z';
-        std::uint64_t const byte = c >= notAscii ? notAscii : isCapital ? c + ('a' - 'A') : c;
-        head |= byte << (8 * (headSize - 1 - i));
-        if (c >= notAscii)
-            break;
-    }
-    return head;
-}
-
-// A head that holds its whole text ends in a zero byte, and has no other before it.
-bool IsWhole(std::uint64_t head) { return (head & 0xff) == 0 && (head & 0x8080808080808080u) == 0; }
 
 // The components of a path, in a copy of it.
 class Components {
@@ -42,66 +20,71 @@ public:
             std::abort();
     }
 
-    const char *First() { return Token(m_copy); }
-    const char *Next() { return Token(nullptr); }
+    std::size_t Length() const { return std::strlen(m_copy); } // before the first is asked for
+
+    // The next component, from an offset if it is the first. False if there is none.
+    bool First(unsigned from = 0) { return Take(m_copy + from); }
+    bool Next() { return Take(nullptr); }
+    ComponentText Current() const { return ComponentText(m_text, m_length); }
+    unsigned End() const { return static_cast<unsigned>(m_text - m_copy + m_length); }
 
 private:
-    static const char *Token(char *text) {
-        return reinterpret_cast<const char *>(
+    bool Take(char *text) {
+        m_text = reinterpret_cast<const char *>(
             win::_mbstok(reinterpret_cast<unsigned char *>(text), Bytes("\\")));
+        m_length = m_text ? std::strlen(m_text) : 0;
+        return m_text != nullptr;
     }
 
     char m_copy[ProtectPathRoom];
+    const char *m_text = nullptr;
+    std::size_t m_length = 0;
 };
 
 } // namespace
 
-ComponentText::ComponentText(const char *text) : m_head(HeadOf(text)), m_text(text) {}
+ProtectAdder::ProtectAdder(ProtectNode &root) : m_root(root) {}
 
-bool ComponentText::operator<(ComponentText const &other) const {
-    if (m_head != other.m_head)
-        return m_head < other.m_head;
-    return !IsWhole(m_head) && win::_mbsicmp(Bytes(m_text), Bytes(other.m_text)) < 0;
+unsigned ProtectAdder::SharedSteps(const char *path, std::size_t length) const {
+    unsigned shared = m_count;
+    for (; shared > 0; --shared) {
+        unsigned const end = m_steps[shared - 1].end;
+        if (end <= length && (path[end] == '\\' || path[end] == '\0') &&
+            std::memcmp(path, m_path, end) == 0)
+            break;
+    }
+    return shared;
 }
 
-ComponentKey::ComponentKey(ComponentText const &component) : ComponentText(component) {
-    std::size_t const size = std::strlen(m_text) + 1;
-    auto *const copy = new char[size];
-    std::memcpy(copy, m_text, size);
-    m_text = copy;
+unsigned ProtectAdder::Add(const char *path, std::uint32_t data) {
+    Components components(path);
+    std::size_t const length = components.Length();
+    m_count = SharedSteps(path, length);
+    std::memcpy(m_path, path, length + 1);
+    Step const from = m_count > 0 ? m_steps[m_count - 1] : Step{0, &m_root};
+    ProtectNode *at = from.node;
+    for (bool more = components.First(from.end); more; more = components.Next()) {
+        at = &at->children.Get(components.Current(), data);
+        m_steps[m_count++] = {components.End(), at};
+    }
+    bool const wasMarked = at->marked.load(std::memory_order_relaxed) != 0;
+    at->marked.store(1, std::memory_order_relaxed);
+    return wasMarked ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS;
 }
-
-ComponentKey::~ComponentKey() { delete[] m_text; }
-
-ProtectNode::~ProtectNode() { ProtectClear(*this); }
 
 unsigned ProtectAdd(ProtectNode &node, const char *path, std::uint32_t data) {
-    Components components(path);
-    ProtectNode *at = &node;
-    for (const char *text = components.First(); text; text = components.Next()) {
-        ComponentText const component(text);
-        auto child = at->children.lower_bound(component);
-        if (child == at->children.end() || component < child->first) {
-            child = at->children.emplace_hint(child, std::piecewise_construct,
-                                              std::forward_as_tuple(component), std::tuple<>());
-            child->second.data = data;
-        }
-        at = &child->second;
-    }
-    return at->marked.exchange(1, std::memory_order_relaxed) ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS;
+    return ProtectAdder(node).Add(path, data);
 }
 
 bool ProtectFind(ProtectNode &node, const char *path, std::uint32_t *result) {
     Components components(path);
     ProtectNode *at = &node;
     bool found = true;
-    for (const char *text = components.First(); text && found;) {
-        auto const child = at->children.find(ComponentText(text));
-        found = child != at->children.end();
-        if (found) {
-            at = &child->second;
-            text = components.Next();
-        }
+    for (bool more = components.First(); more && found; more = components.Next()) {
+        ProtectNode *const child = at->children.Find(components.Current());
+        found = child != nullptr;
+        if (found)
+            at = child;
     }
     if (result) {
         *result = found ? at->data : 0;

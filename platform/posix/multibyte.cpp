@@ -3,6 +3,7 @@
 #include "platform/winapi.h"
 
 #include <climits>
+#include <cstring>
 
 namespace win::host {
 namespace {
@@ -40,21 +41,22 @@ unsigned LowerPair(unsigned codePage, unsigned pair) {
     return pair;
 }
 
-// Goes through a text by characters. The code page is asked for when a byte has need of it.
+bool HasPairs(unsigned codePage) { return BeginsPair(codePage, 0x90); }
+
+// Goes through a text by characters.
 class Reader {
 public:
-    explicit Reader(const unsigned char *text) : m_at(text) {}
+    Reader(const unsigned char *text, unsigned codePage) : m_at(text), m_codePage(codePage) {}
 
     // The next character as it stands, 0 at the end. Half a pair at the end is one byte.
     unsigned Next() {
-        unsigned const first = *m_at;
+        unsigned char const first = *m_at;
         if (first == 0)
             return 0;
         ++m_at;
-        if (first < 0x80 || *m_at == 0 ||
-            !BeginsPair(CodePage(), static_cast<unsigned char>(first)))
+        if (*m_at == 0 || !BeginsPair(m_codePage, first))
             return first;
-        return first << 8 | *m_at++;
+        return static_cast<unsigned>(first << 8 | *m_at++);
     }
 
     unsigned NextLower() {
@@ -66,30 +68,63 @@ public:
     const unsigned char *At() const { return m_at; }
 
 private:
-    unsigned CodePage() {
-        if (m_codePage == 0)
-            m_codePage = GetACP();
-        return m_codePage;
-    }
-
     const unsigned char *m_at;
-    unsigned m_codePage = 0;
+    unsigned m_codePage;
 };
 
-bool IsAmong(const unsigned char *characters, unsigned sought) {
-    Reader reader(characters);
+bool IsAmong(const unsigned char *characters, unsigned codePage, unsigned sought) {
+    Reader reader(characters, codePage);
     for (unsigned each = reader.Next(); each != 0; each = reader.Next())
         if (each == sought)
             return true;
     return false;
 }
 
-thread_local unsigned char *tokensLeft = nullptr;
+thread_local char *tokensLeft = nullptr;
+
+// As strtok_r does it.
+unsigned char *NextToken(unsigned char *start, const unsigned char *delimiters, unsigned codePage) {
+    Reader reader(start, codePage);
+    auto const isDelimiter = [=](unsigned c) { return IsAmong(delimiters, codePage, c); };
+    unsigned each = reader.Next();
+    while (each != 0 && isDelimiter(each)) {
+        start += reader.At() - start;
+        each = reader.Next();
+    }
+    unsigned char *end = start;
+    while (each != 0 && !isDelimiter(each)) {
+        end += reader.At() - end;
+        each = reader.Next();
+    }
+    tokensLeft = reinterpret_cast<char *>(end + (reader.At() - end));
+    *end = 0;
+    return end == start ? nullptr : start;
+}
+
+// The same for bytes and one delimiter, which most have.
+char *NextByteToken(char *start, char delimiter) {
+    while (*start == delimiter)
+        ++start;
+    char *const end = strchrnul(start, delimiter);
+    tokensLeft = *end != 0 ? end + 1 : end;
+    *end = 0;
+    return end == start ? nullptr : start;
+}
+
+char *Chars(unsigned char *text) { return reinterpret_cast<char *>(text); }
+const char *Chars(const unsigned char *text) { return reinterpret_cast<const char *>(text); }
 
 } // namespace
 
 unsigned char *_mbschr(const unsigned char *text, unsigned character) {
-    Reader reader(text);
+    unsigned const codePage = platform::CodePageNow();
+    Reader reader(text, codePage);
+    if (!HasPairs(codePage)) {
+        bool const isByte = character <= UCHAR_MAX;
+        const char *const at =
+            isByte ? std::strchr(Chars(text), static_cast<int>(character)) : nullptr;
+        return const_cast<unsigned char *>(reinterpret_cast<const unsigned char *>(at));
+    }
     for (;;) {
         const unsigned char *const at = reader.At();
         unsigned const each = reader.Next();
@@ -101,10 +136,11 @@ unsigned char *_mbschr(const unsigned char *text, unsigned character) {
 }
 
 int _mbsicmp(const unsigned char *left, const unsigned char *right) {
-    if (!left || !right)
-        return INT_MAX;
-    Reader a(left);
-    Reader b(right);
+    unsigned const codePage = platform::CodePageNow();
+    if (!left || !right || !HasPairs(codePage))
+        return _stricmp(Chars(left), Chars(right));
+    Reader a(left, codePage);
+    Reader b(right, codePage);
     for (;;) {
         unsigned const one = a.NextLower();
         unsigned const other = b.NextLower();
@@ -116,28 +152,16 @@ int _mbsicmp(const unsigned char *left, const unsigned char *right) {
 }
 
 unsigned char *_mbstok(unsigned char *text, const unsigned char *delimiters) {
-    const unsigned char *start = text ? text : tokensLeft;
+    auto *const start = text ? text : reinterpret_cast<unsigned char *>(tokensLeft);
     if (!start)
         return nullptr;
-    Reader reader(start);
-    unsigned each = reader.Next();
-    while (each != 0 && IsAmong(delimiters, each)) {
-        start = reader.At();
-        each = reader.Next();
-    }
-    tokensLeft = nullptr;
-    if (each == 0)
-        return nullptr;
-    const unsigned char *end = start;
-    while (each != 0 && !IsAmong(delimiters, each)) {
-        end = reader.At();
-        each = reader.Next();
-    }
-    if (each != 0) {
-        *const_cast<unsigned char *>(end) = 0;
-        tokensLeft = const_cast<unsigned char *>(reader.At());
-    }
-    return const_cast<unsigned char *>(start);
+    unsigned const codePage = platform::CodePageNow();
+    if (HasPairs(codePage))
+        return NextToken(start, delimiters, codePage);
+    return reinterpret_cast<unsigned char *>(
+        delimiters[0] != 0 && delimiters[1] == 0
+            ? NextByteToken(Chars(start), Chars(delimiters)[0])
+            : strtok_r(Chars(start), Chars(delimiters), &tokensLeft));
 }
 
 } // namespace win::host

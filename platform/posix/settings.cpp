@@ -2,6 +2,7 @@
 
 #include "platform/posix/prefix.h"
 
+#include <atomic>
 #include <mutex>
 
 namespace platform {
@@ -12,12 +13,20 @@ std::mutex settingsMutex;
 // has them.
 std::shared_ptr<Settings const> *heldSettings = nullptr;
 bool areApplied = false;
+std::atomic<unsigned> codePageNow{0}; // 0: not known
 
 void Hold(Settings settings) {
     auto held = std::make_unique<std::shared_ptr<Settings const>>(
         std::make_shared<Settings const>(std::move(settings)));
     delete heldSettings;
     heldSettings = held.release();
+    codePageNow = (*heldSettings)->codePage;
+}
+
+void Drop() {
+    delete heldSettings;
+    heldSettings = nullptr;
+    codePageNow = 0;
 }
 
 bool IsUpperLetter(char c) { return c >= 'A' && c <= 'Z'; }
@@ -29,6 +38,11 @@ std::shared_ptr<Settings const> SettingsNow() {
     if (!heldSettings)
         Hold(ReadPrefix(PrefixDirectory()));
     return *heldSettings;
+}
+
+unsigned CodePageNow() {
+    unsigned const known = codePageNow.load(std::memory_order_relaxed);
+    return known != 0 ? known : SettingsNow()->codePage;
 }
 
 Settings CurrentSettings() { return *SettingsNow(); }
@@ -48,16 +62,13 @@ void ApplySettings(Settings const &settings) {
 
 void ForgetPrefix() {
     std::lock_guard<std::mutex> const lock(settingsMutex);
-    if (!areApplied) {
-        delete heldSettings;
-        heldSettings = nullptr;
-    }
+    if (!areApplied)
+        Drop();
 }
 
 void ReleaseSettings() {
     std::lock_guard<std::mutex> const lock(settingsMutex);
-    delete heldSettings;
-    heldSettings = nullptr;
+    Drop();
 }
 
 } // namespace platform

@@ -10,6 +10,9 @@ namespace platform {
 // What holds now; stays as it is while the caller has it.
 std::shared_ptr<Settings const> SettingsNow();
 
+// The code page that holds now, for those who ask often.
+unsigned CodePageNow();
+
 // Reads the prefix again when it is next needed, unless settings were applied.
 void ForgetPrefix();
 

@@ -1,0 +1,173 @@
+#include "protect_children.h"
+
+#include "protect_tree.h"
+
+#include "platform/winapi.h"
+
+#include <cstring>
+#include <new>
+
+namespace {
+
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+constexpr std::size_t headSize = 2 * wordSize;
+constexpr std::size_t blockSize = 256;
+constexpr std::uint64_t ones = 0x0101010101010101u;
+constexpr std::uint64_t highBits = 0x80 * ones; // a byte that has one isn't ASCII
+
+// Eight bytes as a number, the first of them the most significant.
+std::uint64_t WordAt(const char *bytes) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, wordSize);
+    return __builtin_bswap64(word);
+}
+
+// All capitals at once: a capital's high bit is set by the one sum and not by the other.
+std::uint64_t Lower(std::uint64_t word) {
+    std::uint64_t const low = word & ~highBits;
+    std::uint64_t const fromA = low + (0x80 - 'A') * ones;
+    std::uint64_t const behindZ = low + (0x7f - 'Z') * ones;
+    return word | ((fromA ^ behindZ) & ~word & highBits) >> 2;
+}
+
+// What isn't ASCII is behind what is in every code page, and ends the head with a byte of
+// 0x80: there the text has to be looked at.
+bool CutToAscii(std::uint64_t &word) {
+    if ((word & highBits) == 0)
+        return false;
+    int const shift = __builtin_clzll(word & highBits);
+    std::uint64_t const kept = shift == 0 ? 0 : ~std::uint64_t{0} << (64 - shift);
+    word = (word & kept) | std::uint64_t{1} << (63 - shift);
+    return true;
+}
+
+// The text lies behind the node, in the same block of memory.
+struct NodeFreer {
+    void operator()(ProtectNode *node) const {
+        node->~ProtectNode();
+        ::operator delete(node);
+    }
+};
+using OwnedNode = std::unique_ptr<ProtectNode, NodeFreer>;
+
+const char *TextOf(ProtectNode const *node) { return reinterpret_cast<const char *>(node + 1); }
+
+OwnedNode MakeNode(const char *text, std::uint32_t data) {
+    std::size_t const size = std::strlen(text) + 1;
+    void *const memory = ::operator new(sizeof(ProtectNode) + size);
+    std::memcpy(static_cast<char *>(memory) + sizeof(ProtectNode), text, size);
+    OwnedNode node(new (memory) ProtectNode);
+    node->data = data;
+    return node;
+}
+
+} // namespace
+
+// The order of the numbers is that of _mbsicmp.
+ComponentText::ComponentText(const char *text, std::size_t length) : m_text(text) {
+    char head[headSize] = {};
+    std::memcpy(head, text, length < headSize ? length : headSize);
+    m_first = Lower(WordAt(head));
+    m_second = CutToAscii(m_first) ? 0 : Lower(WordAt(head + wordSize));
+    CutToAscii(m_second);
+}
+
+ComponentText::ComponentText(ComponentText const &other, const char *text) : ComponentText(other) {
+    m_text = text;
+}
+
+int ComponentText::Compare(ComponentText const &other) const {
+    if (m_first != other.m_first)
+        return m_first < other.m_first ? -1 : 1;
+    if (m_second != other.m_second)
+        return m_second < other.m_second ? -1 : 1;
+    // A head that ends in a zero byte and is ASCII is the whole text.
+    if ((m_second & 0xff) == 0 && ((m_first | m_second) & highBits) == 0)
+        return 0;
+    return win::_mbsicmp(reinterpret_cast<const unsigned char *>(m_text),
+                         reinterpret_cast<const unsigned char *>(other.m_text));
+}
+
+ProtectChildren::~ProtectChildren() { clear(); }
+
+// The block is the last that begins at or before the component.
+ProtectChildren::Place ProtectChildren::Search(ComponentText const &component) const {
+    std::size_t block = 0;
+    for (std::size_t end = Blocks(); end - block > 1;) {
+        std::size_t const middle = block + (end - block) / 2;
+        (BlockAt(middle).front().text.Compare(component) <= 0 ? block : end) = middle;
+    }
+    Block const &entries = BlockAt(block);
+    std::size_t index = 0;
+    for (std::size_t end = entries.size(); index < end;) {
+        std::size_t const middle = index + (end - index) / 2;
+        int const order = entries[middle].text.Compare(component);
+        if (order == 0)
+            return {block, middle, true};
+        if (order < 0)
+            index = middle + 1;
+        else
+            end = middle;
+    }
+    return {block, index, false};
+}
+
+// Sorted children fill their blocks; in other orders a full block becomes two. Nothing has
+// changed if there is no memory.
+ProtectChildren::Place ProtectChildren::MakeRoom(Place place) {
+    Block &full = BlockAt(place.block);
+    if (full.size() < blockSize)
+        return place;
+    bool const isLast = place.block + 1 == Blocks() && place.index == blockSize;
+    auto const kept = static_cast<std::ptrdiff_t>(isLast ? blockSize : blockSize / 2);
+    Block added;
+    added.reserve(blockSize);
+    added.assign(full.begin() + kept, full.end());
+    if (!m_more)
+        m_more = std::make_unique<std::vector<Block>>();
+    m_more->insert(m_more->begin() + static_cast<std::ptrdiff_t>(place.block), std::move(added));
+    Block &left = BlockAt(place.block);
+    left.erase(left.begin() + kept, left.end());
+    std::size_t const first = left.size();
+    return isLast || place.index > first ? Place{place.block + 1, place.index - first, false}
+                                         : place;
+}
+
+ProtectNode *ProtectChildren::Find(ComponentText const &component) const {
+    Place const place = Search(component);
+    return place.found ? BlockAt(place.block)[place.index].node : nullptr;
+}
+
+ProtectNode &ProtectChildren::Get(ComponentText const &component, std::uint32_t data) {
+    std::size_t const last = Blocks() - 1;
+    Block const &end = BlockAt(last);
+    bool const isNext = !end.empty() && end.back().text.Compare(component) < 0;
+    Place const place = isNext ? Place{last, end.size(), false} : Search(component);
+    if (place.found)
+        return *BlockAt(place.block)[place.index].node;
+    OwnedNode node = MakeNode(component.Text(), data);
+    Place const room = MakeRoom(place);
+    Block &block = BlockAt(room.block);
+    block.insert(block.begin() + static_cast<std::ptrdiff_t>(room.index),
+                 Entry{ComponentText(component, TextOf(node.get())), node.get()});
+    return *node.release();
+}
+
+void ProtectChildren::clear() {
+    for (std::size_t i = 0; i < Blocks(); ++i)
+        for (Entry const &entry : BlockAt(i))
+            NodeFreer()(entry.node);
+    m_first = {};
+    m_more.reset();
+}
+
+std::size_t ProtectChildren::size() const {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < Blocks(); ++i)
+        count += BlockAt(i).size();
+    return count;
+}
+
+ProtectChildren::Iterator ProtectChildren::begin() const { return {*this, 0}; }
+
+ProtectChildren::Iterator ProtectChildren::end() const { return {*this, empty() ? 0 : Blocks()}; }

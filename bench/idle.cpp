@@ -1,0 +1,2 @@
+// Does nothing: what is left is starting and ending.
+int main() { return 0; }
