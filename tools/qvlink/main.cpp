@@ -33,15 +33,22 @@ int Run(Request const &request) {
         return RunStats(request);
     case Command::verify:
         return RunVerify(request);
+    case Command::protectedPaths:
+        return RunProtected(request);
+    case Command::listsCapture:
+        return RunListsCapture(request);
+    case Command::listsPack:
+        return RunListsPack(request);
+    case Command::listsUnpack:
+        return RunListsUnpack(request);
+    case Command::listsCheck:
+        return RunListsCheck(request);
+    case Command::listsDiff:
+        return RunListsDiff(request);
     case Command::exportGraph:
         break;
     }
     return RunExport(request);
-}
-
-void Tell(Request const &request, std::string const &message) {
-    std::cerr << "qvlink " << CommandWord(request.command) << ": "
-              << ScreenOf(std::cerr, true).SafeLines(message) << '\n';
 }
 
 int RunAndTell(Request const &request) {

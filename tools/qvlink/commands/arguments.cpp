@@ -25,6 +25,8 @@ public:
         AddQuestions();
         AddOverviews();
         AddExport();
+        AddProtected();
+        AddLists();
     }
 
     CLI::App &App() { return m_app; }
@@ -84,6 +86,8 @@ private:
         find->add_option("--type", m_request.type, "Only objects of this type")
             ->check(CLI::IsMember(FindTypes()))
             ->type_name("TYPE");
+        find->add_flag("--protected", m_request.onlyProtected,
+                       "Only files that belong to the operating system");
         AddPathCommand("show", Command::show);
         AddCommand("why", Command::why)
             ->add_option("A B", m_request.paths, "Two files; the chain leads from A to B")
@@ -114,21 +118,104 @@ private:
             ->type_name("FILE");
     }
 
+    void AddProtected() {
+        AddCommand("protected", Command::protectedPaths)
+            ->add_option("PATH", m_request.paths, "Files to ask about")
+            ->required()
+            ->type_name("");
+    }
+
+    void AddLists() {
+        CommandHelp const &help = HelpOf("lists");
+        CLI::App *const app = m_app.add_subcommand("lists", help.summary);
+        app->footer(help.footer);
+        app->require_subcommand(1);
+        AddCommonOptions(*app, "Options of every command");
+        AddCapture(*AddListsCommand(*app, "lists capture", Command::listsCapture));
+        CLI::App *const pack = AddListsCommand(*app, "lists pack", Command::listsPack);
+        AddFiles(*pack, "TEXT", "The text of a list", 1);
+        AddOutput(*pack, "The stored list to write")->required();
+        CLI::App *const unpack = AddListsCommand(*app, "lists unpack", Command::listsUnpack);
+        AddFiles(*unpack, "FILE", "A stored list or a built library", 1);
+        AddId(*unpack);
+        AddOutput(*unpack, "The text to write (default: standard output)");
+        CLI::App *const check = AddListsCommand(*app, "lists check", Command::listsCheck);
+        AddFiles(*check, "FILE", "Texts, stored lists and built libraries", 0);
+        AddId(*check);
+        CLI::App *const diff = AddListsCommand(*app, "lists diff", Command::listsDiff);
+        AddFiles(*diff, "A B", "Texts, stored lists or built libraries", 2);
+        AddId(*diff);
+    }
+
+    // `name` is the two words of it.
+    CLI::App *AddListsCommand(CLI::App &lists, const char *name, Command command) {
+        CommandHelp const &help = HelpOf(name);
+        CLI::App *const app =
+            lists.add_subcommand(std::string(name).substr(sizeof "lists"), help.summary);
+        app->footer(help.footer);
+        app->callback([this, command] { m_request.command = command; });
+        AddCommonOptions(*app, "Options of every command");
+        return app;
+    }
+
+    void AddCapture(CLI::App &app) {
+        app.add_option("KIND", m_request.listKind, "files or keys")
+            ->required()
+            ->check(CLI::IsMember({"files", "keys"}))
+            ->type_name("");
+        app.add_option("--from", m_request.from,
+                       "A Wine prefix or the top of a Windows disk (default: this machine; "
+                       "on Linux the prefix in use)")
+            ->type_name("DIR");
+        app.add_option("--without", m_request.without,
+                       "Leave out lines that fit the pattern, and what lies below them; * stands "
+                       "for any text, ? for one character; may come several times")
+            ->type_name("PATTERN")
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        AddOutput(app, "The text to write (default: standard output)");
+    }
+
+    // `count` 0: one or more.
+    void AddFiles(CLI::App &app, const char *name, const char *help, int count) {
+        CLI::Option *const option =
+            app.add_option(name, m_request.paths, help)->required()->type_name("");
+        if (count > 0) {
+            option->expected(count);
+        }
+    }
+
+    CLI::Option *AddOutput(CLI::App &app, const char *help) {
+        return app.add_option("-o,--output", m_request.output, help)->type_name("FILE");
+    }
+
+    void AddId(CLI::App &app) {
+        app.add_option("--id", m_request.id, "The list of this number of a library")
+            ->type_name("N");
+    }
+
     Request &m_request;
     CLI::App m_app;
 };
 
+// The command that was begun, or the program itself.
+CLI::App const &Chosen(CLI::App const &app) {
+    auto const chosen = app.get_subcommands();
+    return chosen.empty() ? app : Chosen(*chosen.front());
+}
+
 std::string CommandPrefix(CLI::App const &app) {
     auto const chosen = app.get_subcommands();
-    return chosen.empty() ? "qvlink" : "qvlink " + chosen.front()->get_name();
+    return app.get_name() + (chosen.empty() ? "" : ' ' + CommandPrefix(*chosen.front()));
 }
 
 // The parser's own words, but for a missing or unknown command.
 std::string MessageOf(CLI::App const &app, CLI::ParseError const &error) {
-    if (!app.get_subcommands().empty()) {
+    CLI::App const &chosen = Chosen(app);
+    if (chosen.get_require_subcommand_min() == 0) {
         return error.what();
     }
-    std::vector<std::string> const left = app.remaining();
+    std::vector<std::string> const left = chosen.remaining();
     if (!left.empty()) {
         return "there is no " + std::string(left.front()[0] == '-' ? "option " : "command ") +
                left.front();

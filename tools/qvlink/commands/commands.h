@@ -16,5 +16,11 @@ int RunWhy(Request const &request);
 int RunStats(Request const &request);
 int RunVerify(Request const &request);
 int RunExport(Request const &request);
+int RunProtected(Request const &request);
+int RunListsCapture(Request const &request);
+int RunListsPack(Request const &request);
+int RunListsUnpack(Request const &request);
+int RunListsCheck(Request const &request);
+int RunListsDiff(Request const &request);
 
 } // namespace qvlink

@@ -1,6 +1,7 @@
 #include "commands/commands.h"
 
 #include "answer/needs.h"
+#include "answer/protection.h"
 #include "commands/session.h"
 #include "model.h"
 #include "output/json.h"
@@ -28,6 +29,29 @@ std::uint32_t MaskFor(std::string const &type) {
     return mask ? mask : OBJ_FILE;
 }
 
+bool IsProtected(CQVUDatabase &database, CQVUObject &object, Protection &protection) {
+    std::optional<Place> const place = PlaceOf(database, object);
+    return place && protection.Of(DatabasePath(*place)).value_or(false);
+}
+
+std::vector<CQVUObject *> FindWanted(CommandSession &session) {
+    Request const &request = session.Asked();
+    Protection protection;
+    std::vector<CQVUObject *> found =
+        FindObjects(session.Database(), request.pattern, MaskFor(request.type));
+    auto const isUnwanted = [&](CQVUObject *object) {
+        return !IsOfKind(*object, request.type) ||
+               (request.onlyProtected && !IsProtected(session.Database(), *object, protection));
+    };
+    found.erase(std::remove_if(found.begin(), found.end(), isUnwanted), found.end());
+    return found;
+}
+
+std::string WhyNone(Request const &request) {
+    return (request.onlyProtected ? "nothing protected is named " : "nothing is named ") +
+           request.pattern + (request.type.empty() ? "" : " and of type " + request.type);
+}
+
 } // namespace
 
 int RunFind(Request const &request) {
@@ -39,11 +63,7 @@ int RunFind(Request const &request) {
                            "`qvlink show PATH` for a path.");
     }
     CommandSession session(request);
-    std::vector<CQVUObject *> found =
-        FindObjects(session.Database(), request.pattern, MaskFor(request.type));
-    found.erase(std::remove_if(found.begin(), found.end(),
-                               [&](CQVUObject *o) { return !IsOfKind(*o, request.type); }),
-                found.end());
+    std::vector<CQVUObject *> found = FindWanted(session);
     PathOrder order(session.Database());
     std::sort(found.begin(), found.end(), std::ref(order));
     if (request.json) {
@@ -54,8 +74,7 @@ int RunFind(Request const &request) {
         return found.empty() ? ExitNothing : ExitAnswered;
     }
     if (found.empty()) {
-        throw NothingFound("nothing is named " + request.pattern +
-                           (request.type.empty() ? "" : " and of type " + request.type));
+        throw NothingFound(WhyNone(request));
     }
     PrintObjects(session.Out(), session.Names(), found, request.verbose);
     return ExitAnswered;

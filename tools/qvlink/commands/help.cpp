@@ -45,7 +45,8 @@ special, name and runpath; file takes in folders and symbolic links.
 Examples:
   qvlink find 'libssl*'
   qvlink find '*.exe' --type file
-  qvlink find -v 'python?'             with kind and size)"},
+  qvlink find -v 'python?'             with kind and size
+  qvlink find '*.dll' --protected      those of the operating system)"},
     {"show", "Show all that the graph knows of one object",
      R"(Its fields, its data, and its links in both directions.
 
@@ -89,6 +90,61 @@ Examples:
   qvlink export --format jsonl | jq 'select(.type == "needs")'
   qvlink export --format graphml -o graph.graphml
   qvlink export --format csv -o /tmp/import)"},
+    {"protected", "Tell whether files belong to the operating system",
+     R"(Asks the library, which knows its system's files by name. A protected folder
+doesn't protect what is below it, and a folder that isn't protected may lead to
+files that are. No database is needed. Exit code 0: some path is protected.
+1: none is. 2: some path couldn't be asked about.
+
+Examples:
+  qvlink protected --db-paths 'C:\windows\system32\kernel32.dll'
+  qvlink protected ~/.wine/drive_c/windows/*
+  qvlink protected -v setup.exe        with the line of the list
+  qvlink protected --json *.dll        for other programs)"},
+    {"lists", "Make, check and compare the lists of protected files and keys",
+     R"(A list is a text, one entry a line; the library holds ten of them, packed. Where
+a file is asked for it may be a text, a packed list or a built library of either
+system.
+
+Examples:
+  qvlink lists capture files --from ~/.wine -o 101.txt
+  qvlink lists check 101.txt
+  qvlink lists diff QVLinkDB.dll libQVLinkDB.so
+  qvlink lists unpack libQVLinkDB.so --id 101)"},
+    {"lists capture", "Make a list from a system as it stands",
+     R"(Lists the files below the Windows folder, or the keys of the registry. What
+couldn't be read, and what a list has no place for, is told on standard error.
+
+Examples:
+  qvlink lists capture files --from ~/.wine -o 101.txt
+  qvlink lists capture keys --from /mnt/disk -o 110.txt
+  qvlink lists capture keys --without 'HKLM\SAM' --without 'HKCU\Software\Wine*')"},
+    {"lists pack", "Store a list as the library holds it",
+     R"(A text that the library would read wrongly isn't stored.
+
+Examples:
+  qvlink lists pack 101.txt -o 101.list)"},
+    {"lists unpack", "Write the text of a stored list, or of a list in a library",
+     R"(Examples:
+  qvlink lists unpack 101.list
+  qvlink lists unpack libQVLinkDB.so --id 101 -o 101.txt)"},
+    {"lists check", "Check lists against the form that the library reads",
+     R"(A line for each finding; notes are no errors. Exit code 0: no errors. 1: there
+are some. 2: a file can't be read.
+
+Examples:
+  qvlink lists check 1*.txt
+  qvlink lists check -v libQVLinkDB.so all ten of a library
+  qvlink lists check --json QVLinkDB.dll --id 105)"},
+    {"lists diff", "Compare lists entry by entry",
+     R"(Entries of A alone have a minus in front, those of B a plus. The case of letters
+and the order make no difference. Of two libraries all lists that both have are
+compared, unless --id names one. Exit code 0: alike. 1: there are differences.
+2: failure.
+
+Examples:
+  qvlink lists diff 101.txt libQVLinkDB.so --id 101
+  qvlink lists diff QVLinkDB.dll libQVLinkDB.so)"},
 };
 
 } // namespace
@@ -114,6 +170,7 @@ Examples:
   qvlink scan /usr/bin /usr/lib      put a machine's programs into the graph
   qvlink deps /usr/bin/bash          what does bash need?
   qvlink refs /usr/lib/libfoo.so     who needs this library?
+  qvlink protected setup.exe         is it the operating system's?
   qvlink COMMAND --help              more about a command)";
 }
 

@@ -24,16 +24,43 @@ const char *CommandWord(Command command) {
         return "stats";
     case Command::verify:
         return "verify";
+    case Command::protectedPaths:
+        return "protected";
+    case Command::listsCapture:
+        return "lists capture";
+    case Command::listsPack:
+        return "lists pack";
+    case Command::listsUnpack:
+        return "lists unpack";
+    case Command::listsCheck:
+        return "lists check";
+    case Command::listsDiff:
+        return "lists diff";
     case Command::exportGraph:
         break;
     }
     return "export";
 }
 
-Json JsonAnswer(Request const &request, std::string const &directory, Json const &fields) {
+namespace {
+
+Json BeginAnswer(Request const &request) {
     Json answer = Json::object();
     answer["qvlink"] = QVLINK_VERSION;
     answer["command"] = CommandWord(request.command);
+    return answer;
+}
+
+} // namespace
+
+Json JsonAnswer(Request const &request, Json const &fields) {
+    Json answer = BeginAnswer(request);
+    answer.update(fields);
+    return answer;
+}
+
+Json JsonAnswer(Request const &request, std::string const &directory, Json const &fields) {
+    Json answer = BeginAnswer(request);
     PutText(answer, "database", directory);
     answer.update(fields);
     return answer;

@@ -9,5 +9,7 @@ namespace qvlink {
 const char *CommandWord(Command command);
 // A document with the tool's version, the command and the database, and then `fields`.
 Json JsonAnswer(Request const &request, std::string const &directory, Json const &fields);
+// The same for a command that has no database.
+Json JsonAnswer(Request const &request, Json const &fields);
 
 } // namespace qvlink

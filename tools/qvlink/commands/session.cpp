@@ -48,6 +48,11 @@ CQVUDatabase *AttachForReading(std::string const &directory) {
 
 } // namespace
 
+void Tell(Request const &request, std::string const &message) {
+    std::cerr << "qvlink " << CommandWord(request.command) << ": "
+              << ScreenOf(std::cerr, true).SafeLines(message) << '\n';
+}
+
 std::string DatabaseDirectory(Request const &request) {
     if (!request.databaseDirectory.empty()) {
         return AbsoluteDirectory(request.databaseDirectory);

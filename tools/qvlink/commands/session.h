@@ -23,6 +23,8 @@ struct NothingFound : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// On standard error, with the command in front.
+void Tell(Request const &request, std::string const &message);
 // The folder of linkdb.dat. Throws CommandError if there is no home to put it in.
 std::string DatabaseDirectory(Request const &request);
 std::string DatabaseFile(std::string const &directory);

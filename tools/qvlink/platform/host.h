@@ -25,6 +25,15 @@ std::string HostPath(Place const &place);
 // Nothing if there is no such file.
 std::optional<std::string> PathThroughLinks(std::string const &path);
 
+// The system's own two folders, in the database's form, as the library is told them.
+struct SystemDirectories {
+    std::string windows;
+    std::string system;
+};
+SystemDirectories FindSystemDirectories();
+// The file beside the library that unpacks its lists.
+extern const char *const DecompressorFile;
+
 enum class Stream { out, err };
 bool IsTerminal(Stream stream);
 unsigned TerminalColumns(Stream stream); // 80 if unknown

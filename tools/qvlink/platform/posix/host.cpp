@@ -64,6 +64,13 @@ std::optional<std::string> PathThroughLinks(std::string const &path) {
     return std::string(folder.get()) + whole.substr(slash);
 }
 
+SystemDirectories FindSystemDirectories() {
+    platform::Settings const settings = platform::CurrentSettings();
+    return {settings.windowsDirectory, settings.systemDirectory};
+}
+
+const char *const DecompressorFile = "ziplib.dll.so";
+
 bool IsTerminal(Stream stream) {
     return ::isatty(stream == Stream::out ? STDOUT_FILENO : STDERR_FILENO) == 1;
 }

@@ -49,6 +49,17 @@ std::string HostPath(Place const &place) {
 
 std::optional<std::string> PathThroughLinks(std::string const &) { return std::nullopt; }
 
+SystemDirectories FindSystemDirectories() {
+    char windows[MAX_PATH];
+    char system[MAX_PATH];
+    UINT const windowsLength = ::GetWindowsDirectoryA(windows, sizeof windows);
+    UINT const systemLength = ::GetSystemDirectoryA(system, sizeof system);
+    return {windowsLength < sizeof windows ? std::string(windows, windowsLength) : "",
+            systemLength < sizeof system ? std::string(system, systemLength) : ""};
+}
+
+const char *const DecompressorFile = "ziplib.dll";
+
 bool IsTerminal(Stream stream) {
     DWORD mode = 0;
     return ::GetConsoleMode(StandardHandle(stream), &mode) != 0;

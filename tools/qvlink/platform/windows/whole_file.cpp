@@ -1,0 +1,81 @@
+#include "platform/whole_file.h"
+
+#include <algorithm>
+#include <memory>
+#include <windows.h>
+
+#include "platform/windows/text.h"
+
+namespace qvlink {
+namespace {
+
+constexpr std::size_t MOST_AT_ONCE = std::size_t{1} << 30;
+
+struct HandleClose {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const { ::CloseHandle(handle); }
+};
+using FileHandle = std::unique_ptr<void, HandleClose>;
+
+FileHandle Open(std::wstring const &path, DWORD access, DWORD disposition) {
+    HANDLE const file =
+        ::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                      nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return FileHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
+}
+
+bool WriteAll(HANDLE file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        DWORD count = 0;
+        auto const wanted = static_cast<DWORD>(std::min(bytes.size(), MOST_AT_ONCE));
+        if (!::WriteFile(file, bytes.data(), wanted, &count, nullptr)) {
+            return false;
+        }
+        bytes.remove_prefix(count);
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<std::string> ReadWholeFile(std::string const &path, std::string &why) {
+    FileHandle const file = Open(ToWide(path), GENERIC_READ, OPEN_EXISTING);
+    std::string bytes;
+    std::string piece(65536, '\0');
+    DWORD count = 1;
+    bool read = file != nullptr;
+    while (read && count > 0) {
+        read = ::ReadFile(file.get(), piece.data(), static_cast<DWORD>(piece.size()), &count,
+                          nullptr) != 0;
+        bytes.append(piece, 0, read ? count : 0);
+    }
+    if (!read && !(file && ::GetLastError() == ERROR_BROKEN_PIPE)) {
+        why = LastErrorText();
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+bool WriteWholeFile(std::string const &path, std::string_view bytes, std::string &why) {
+    std::wstring const target = ToWide(path);
+    std::wstring const beside = target + L'.' + std::to_wstring(::GetCurrentProcessId()) + L".tmp";
+    FileHandle file = Open(beside, GENERIC_WRITE, CREATE_NEW);
+    if (!file) {
+        why = LastErrorText();
+        return false;
+    }
+    bool const written = WriteAll(file.get(), bytes) && ::FlushFileBuffers(file.get());
+    if (!written) {
+        why = LastErrorText();
+    }
+    file.reset();
+    if (written && ::MoveFileExW(beside.c_str(), target.c_str(),
+                                 MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        return true;
+    }
+    why = written ? LastErrorText() : why;
+    ::DeleteFileW(beside.c_str());
+    return false;
+}
+
+} // namespace qvlink
