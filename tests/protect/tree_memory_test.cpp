@@ -16,14 +16,14 @@ void FillTree(ProtectNode &tree) {
     ProtectAdd(tree, "HKLM\\Software", 1);
 }
 
-// Adds the new path with one allocation failing; false if it never came to that.
-bool AddWithout(ProtectNode &tree, std::uint64_t number) {
+// Adds a path with one allocation failing; false if it never came to that.
+bool AddWithout(ProtectNode &tree, const char *path, std::uint64_t number) {
     bool thrown = false;
     bool failed = false;
     {
         AllocationWatch const watch(AllocationWatch::Fail::One, number);
         try {
-            ProtectAdd(tree, newPath, 2);
+            ProtectAdd(tree, path, 2);
         } catch (std::bad_alloc const &) {
             thrown = true;
         }
@@ -77,7 +77,7 @@ TEST(ProtectMemory, An_add_without_it_throws_and_leaves_a_sound_tree) {
         {
             ProtectNode tree;
             FillTree(tree);
-            failed = AddWithout(tree, failures + 1);
+            failed = AddWithout(tree, newPath, failures + 1);
             if (failed) {
                 ExpectNothingNewMarked(tree);
                 EXPECT_EQ(0u, ProtectAdd(tree, newPath, 2));
@@ -92,17 +92,42 @@ TEST(ProtectMemory, An_add_without_it_throws_and_leaves_a_sound_tree) {
     EXPECT_LE(3u, failures); // at least one for each of the three new nodes
 }
 
-TEST(ProtectMemory, Clearing_gives_it_all_back_and_takes_none) {
+// At each number of children another one may need more room, and that may not be there.
+TEST(ProtectMemory, Among_many_children_a_failed_add_leaves_all_others) {
+    constexpr int many = 1200;
     std::size_t const before = AllocationWatch::LiveBlocks();
-    ProtectNode tree;
     {
-        AllocationWatch const watch;
-        FillTree(tree);
-        ProtectAdd(tree, newPath, 0);
+        ProtectNode tree;
+        for (int i = 0; i < many; ++i) {
+            std::string const name = "name " + std::to_string(i * 7919 % many);
+            for (std::uint64_t number = 1; AddWithout(tree, name.c_str(), number);)
+                ++number;
+        }
+        EXPECT_EQ(std::size_t{many}, tree.children.size());
+        for (int i = 0; i < many; ++i)
+            EXPECT_TRUE(Ask(tree, "NAME " + std::to_string(i))) << i;
     }
-    EXPECT_LT(before, AllocationWatch::LiveBlocks());
-    AllocationWatch const watch(AllocationWatch::Fail::Onwards, 1);
-    ProtectClear(tree);
-    EXPECT_EQ(0u, watch.Count());
+    EXPECT_EQ(before, AllocationWatch::LiveBlocks());
+}
+
+TEST(ProtectMemory, Clearing_gives_the_nodes_back_and_takes_none) {
+    std::size_t const before = AllocationWatch::LiveBlocks();
+    {
+        ProtectNode tree;
+        {
+            AllocationWatch const watch;
+            FillTree(tree);
+            ProtectAdd(tree, newPath, 0);
+        }
+        std::size_t const full = AllocationWatch::LiveBlocks();
+        std::uint64_t taken = 0;
+        {
+            AllocationWatch const watch(AllocationWatch::Fail::Onwards, 1);
+            ProtectClear(tree);
+            taken = watch.Count();
+        }
+        EXPECT_EQ(0u, taken);
+        EXPECT_LE(8u, full - AllocationWatch::LiveBlocks()); // at least one for each node
+    }
     EXPECT_EQ(before, AllocationWatch::LiveBlocks());
 }

@@ -1,11 +1,14 @@
 // Random courses of adds and questions, compared with a plain model.
+#include "services.h"
 #include "tree_nodes.h"
 
+#include <algorithm>
 #include <map>
 
 #include <gtest/gtest.h>
 
 #include "dice.h"
+#include "platform/code_page.h"
 
 namespace {
 
@@ -124,4 +127,66 @@ TEST(ProtectTree, Answers_like_the_model) {
             ASSERT_EQ(model.Size(), CountBelow(tree));
         }
     }
+}
+
+// Thousands of children of one node, added in several orders.
+TEST(ProtectTree, Holds_many_children_in_whatever_order_they_come) {
+    constexpr std::size_t many = 3000;
+    for (std::size_t const stride : {1u, 2999u, 1777u, 7u}) { // up, down, about
+        SCOPED_TRACE(stride);
+        ProtectNode tree;
+        Model model;
+        for (std::size_t i = 0; i < many; ++i) {
+            std::string const name = "Name" + std::to_string(10000 + i * stride % many);
+            std::string const path = "C:\\" + name + (i % 3 == 0 ? "\\below" : "");
+            ASSERT_EQ(model.Add(path, 1), ProtectAdd(tree, path.c_str(), 1)) << path;
+        }
+        EXPECT_EQ(model.Size(), CountBelow(tree));
+        for (std::size_t i = 0; i < many + 10; ++i) {
+            std::string const path = "c:\\nAME" + std::to_string(10000 + i);
+            ASSERT_EQ(model.Ask(path), Ask(tree, path)) << path;
+            ASSERT_EQ(model.Ask(path + "\\BELOW"), Ask(tree, path + "\\BELOW")) << path;
+        }
+    }
+}
+
+// The loader's way: one path after the other, of which each may begin as the one before.
+TEST(ProtectAdder, Answers_like_the_model) {
+    for (std::uint32_t seed = 0; seed < courses; ++seed) {
+        SCOPED_TRACE(seed);
+        Dice dice(seed + courses);
+        ProtectNode tree;
+        Model model;
+        ProtectAdder adder(tree);
+        std::string last;
+        for (int step = 0; step < stepsOfCourse; ++step) {
+            std::string path = AnyPath(dice);
+            if (dice.OneIn(2))
+                path = last.substr(0, dice.Below(last.size() + 1)) + path;
+            path.resize(std::min<std::size_t>(path.size(), 259));
+            last = path;
+            auto const data = static_cast<std::uint32_t>(dice.Below(1000));
+            ASSERT_EQ(model.Add(path, data), adder.Add(path.c_str(), data)) << path;
+            ASSERT_EQ(model.Size(), CountBelow(tree)) << path;
+            std::uint32_t told = 0, expected = 0;
+            ASSERT_TRUE(model.Has(path, expected) && ProtectFind(tree, path.c_str(), &told));
+            ASSERT_EQ(expected, told) << path;
+        }
+    }
+}
+
+// Half a character at the end of a path isn't the first half of one in the next.
+TEST(ProtectAdder, Goes_on_from_whole_characters) {
+    CodePageNow const now(932);
+    if (!now.Set() || UnderWine())
+        GTEST_SKIP() << "Wine reads on behind half a character at the end";
+    ProtectNode tree;
+    ProtectAdder adder(tree);
+    adder.Add("a\\b\x83", 0);
+    adder.Add("a\\b\x83\x5c"
+              "c",
+              0);
+    EXPECT_EQ(3u, CountBelow(tree));
+    EXPECT_TRUE(Ask(tree, "a\\b\x83\x5c"
+                          "c"));
 }

@@ -19,7 +19,8 @@ int Compare(std::string const &left, std::string const &right) {
 }
 
 bool Less(std::string const &left, std::string const &right) {
-    return ComponentText(left.c_str()) < ComponentText(right.c_str());
+    ComponentText const one(left.c_str(), left.size());
+    return one.Compare(ComponentText(right.c_str(), right.size())) < 0;
 }
 
 // A text that differs late from others, if at all.
@@ -135,6 +136,17 @@ TEST(ComponentOrder, Puts_the_lower_case_letters_in_the_place_of_the_capitals) {
     EXPECT_FALSE(Less("A", "_"));
     EXPECT_FALSE(Less("a", "A") || Less("A", "a"));
     EXPECT_TRUE(Less("windows", "WINDOWSX"));
+}
+
+TEST(ComponentOrder, Holds_however_alike_the_beginnings_are) {
+    std::vector<std::string> texts;
+    for (std::size_t length = 1; length < 40; ++length)
+        for (char const *const end : {"", "a", "A", "b", "[", "_", "z", "Z"}) {
+            texts.push_back(std::string(length, 'm') + end);
+            texts.push_back(std::string(length, 'M') + end);
+        }
+    ExpectSameOrder(texts);
+    ExpectChildrenInOrder(texts);
 }
 
 // The second byte of a character may be a backslash, and none of those separates.
