@@ -1,5 +1,5 @@
-// client FOLDER: stores a small graph in FOLDER, takes it up again and asks it a question; and
-// uses the containers.
+// client FOLDER: stores a small graph in FOLDER, takes it up again and asks it a question; asks
+// which files are the system's; and uses the containers.
 #include "containers.h"
 
 #include <QVLinkDB.h>
@@ -40,6 +40,15 @@ int Ask(CQVUDatabase &database) {
     return wrong;
 }
 
+// The lists of the running system, which come with the library.
+int AskForProtection() {
+    int wrong = Expect(IsProtectedPath("C:\\windows\\SYSTEM32\\Kernel32.dll") == 1,
+                       "the system's own library is protected");
+    wrong += Expect(IsProtectedPath("C:\\windows\\system32\\of-nobody.dll") == 0,
+                    "another file isn't protected");
+    return wrong;
+}
+
 } // namespace
 
 int main(int count, char **arguments) {
@@ -53,6 +62,7 @@ int main(int count, char **arguments) {
         wrong += step(*database);
         wrong += Expect(database->Release() == 0, "the last release ends the database");
     }
+    wrong += AskForProtection();
     wrong += Expect(ContainersHold(), "the containers hold");
     return wrong ? 1 : 0;
 }
