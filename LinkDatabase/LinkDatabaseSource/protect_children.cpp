@@ -50,42 +50,58 @@ struct NodeFreer {
 };
 using OwnedNode = std::unique_ptr<ProtectNode, NodeFreer>;
 
-const char *TextOf(ProtectNode const *node) { return reinterpret_cast<const char *>(node + 1); }
-
-OwnedNode MakeNode(const char *text, std::uint32_t data) {
-    std::size_t const size = std::strlen(text) + 1;
+OwnedNode MakeNode(ComponentText const &component, std::uint32_t data) {
+    std::size_t const size = component.Length() + 1;
     void *const memory = ::operator new(sizeof(ProtectNode) + size);
-    std::memcpy(static_cast<char *>(memory) + sizeof(ProtectNode), text, size);
+    std::memcpy(static_cast<char *>(memory) + sizeof(ProtectNode), component.Text(), size);
     OwnedNode node(new (memory) ProtectNode);
     node->data = data;
     return node;
 }
 
+// The order of the numbers is that of _mbsicmp.
+ComponentHead HeadOf(const char *text, std::size_t length) {
+    char bytes[headSize] = {};
+    std::memcpy(bytes, text, length < headSize ? length : headSize);
+    ComponentHead head{Lower(WordAt(bytes)), 0};
+    if (!CutToAscii(head.first)) {
+        head.second = Lower(WordAt(bytes + wordSize));
+        CutToAscii(head.second);
+    }
+    return head;
+}
+
+// A head that ends in a zero byte and is ASCII is the whole text.
+bool IsWhole(ComponentHead const &head) {
+    return (head.second & 0xff) == 0 && ((head.first | head.second) & highBits) == 0;
+}
+
+int CompareComponents(ComponentHead const &left, const char *leftText, ComponentHead const &right,
+                      const char *rightText) {
+    if (left.first != right.first)
+        return left.first < right.first ? -1 : 1;
+    if (left.second != right.second)
+        return left.second < right.second ? -1 : 1;
+    return IsWhole(left) ? 0
+                         : win::_mbsicmp(reinterpret_cast<const unsigned char *>(leftText),
+                                         reinterpret_cast<const unsigned char *>(rightText));
+}
+
 } // namespace
 
-// The order of the numbers is that of _mbsicmp.
-ComponentText::ComponentText(const char *text, std::size_t length) : m_text(text) {
-    char head[headSize] = {};
-    std::memcpy(head, text, length < headSize ? length : headSize);
-    m_first = Lower(WordAt(head));
-    m_second = CutToAscii(m_first) ? 0 : Lower(WordAt(head + wordSize));
-    CutToAscii(m_second);
-}
-
-ComponentText::ComponentText(ComponentText const &other, const char *text) : ComponentText(other) {
-    m_text = text;
-}
+ComponentText::ComponentText(const char *text, std::size_t length)
+    : m_text(text), m_length(length), m_head(HeadOf(text, length)) {}
 
 int ComponentText::Compare(ComponentText const &other) const {
-    if (m_first != other.m_first)
-        return m_first < other.m_first ? -1 : 1;
-    if (m_second != other.m_second)
-        return m_second < other.m_second ? -1 : 1;
-    // A head that ends in a zero byte and is ASCII is the whole text.
-    if ((m_second & 0xff) == 0 && ((m_first | m_second) & highBits) == 0)
-        return 0;
-    return win::_mbsicmp(reinterpret_cast<const unsigned char *>(m_text),
-                         reinterpret_cast<const unsigned char *>(other.m_text));
+    return CompareComponents(m_head, m_text, other.m_head, other.m_text);
+}
+
+const char *ProtectChildren::Entry::Text() const {
+    return reinterpret_cast<const char *>(node + 1);
+}
+
+int ProtectChildren::Entry::Compare(ComponentText const &component) const {
+    return CompareComponents(head, Text(), component.Head(), component.Text());
 }
 
 ProtectChildren::~ProtectChildren() { clear(); }
@@ -95,13 +111,13 @@ ProtectChildren::Place ProtectChildren::Search(ComponentText const &component) c
     std::size_t block = 0;
     for (std::size_t end = Blocks(); end - block > 1;) {
         std::size_t const middle = block + (end - block) / 2;
-        (BlockAt(middle).front().text.Compare(component) <= 0 ? block : end) = middle;
+        (BlockAt(middle).front().Compare(component) <= 0 ? block : end) = middle;
     }
     Block const &entries = BlockAt(block);
     std::size_t index = 0;
     for (std::size_t end = entries.size(); index < end;) {
         std::size_t const middle = index + (end - index) / 2;
-        int const order = entries[middle].text.Compare(component);
+        int const order = entries[middle].Compare(component);
         if (order == 0)
             return {block, middle, true};
         if (order < 0)
@@ -141,15 +157,15 @@ ProtectNode *ProtectChildren::Find(ComponentText const &component) const {
 ProtectNode &ProtectChildren::Get(ComponentText const &component, std::uint32_t data) {
     std::size_t const last = Blocks() - 1;
     Block const &end = BlockAt(last);
-    bool const isNext = !end.empty() && end.back().text.Compare(component) < 0;
+    bool const isNext = !end.empty() && end.back().Compare(component) < 0;
     Place const place = isNext ? Place{last, end.size(), false} : Search(component);
     if (place.found)
         return *BlockAt(place.block)[place.index].node;
-    OwnedNode node = MakeNode(component.Text(), data);
+    OwnedNode node = MakeNode(component, data);
     Place const room = MakeRoom(place);
     Block &block = BlockAt(room.block);
     block.insert(block.begin() + static_cast<std::ptrdiff_t>(room.index),
-                 Entry{ComponentText(component, TextOf(node.get())), node.get()});
+                 Entry{component.Head(), node.get()});
     return *node.release();
 }
 

@@ -7,27 +7,34 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <vector>
 
 struct ProtectNode;
 
-// A component with what decides most comparisons in front: its first 16 bytes in lower case,
-// as numbers, as far as they are ASCII.
+// What decides most comparisons: the first 16 bytes of a component in lower case, as numbers,
+// as far as they are ASCII.
+struct ComponentHead {
+    std::uint64_t first;
+    std::uint64_t second;
+};
+
+// A component that is looked for; the text stays the caller's.
 class ComponentText {
 public:
     ComponentText(const char *text, std::size_t length);
-    // The same component in another place.
-    ComponentText(ComponentText const &other, const char *text);
 
     const char *Text() const { return m_text; }
-    // Below 0, 0 or above 0.
+    std::size_t Length() const { return m_length; }
+    ComponentHead const &Head() const { return m_head; }
+    // As _mbsicmp orders: below 0, 0 or above 0.
     int Compare(ComponentText const &other) const;
 
 private:
-    std::uint64_t m_first;
-    std::uint64_t m_second;
     const char *m_text;
+    std::size_t m_length;
+    ComponentHead m_head;
 };
 
 // The map. It owns the nodes. Entries lie in blocks of a bounded size, so that adding is quick
@@ -35,7 +42,7 @@ private:
 class ProtectChildren {
 public:
     struct Child {
-        ComponentText first; // a text of the map's own
+        ComponentText first;
         ProtectNode &second;
     };
     class Iterator;
@@ -60,8 +67,11 @@ public:
 
 private:
     struct Entry {
-        ComponentText text;
-        ProtectNode *node;
+        ComponentHead head;
+        ProtectNode *node; // its text is behind it
+
+        const char *Text() const;
+        int Compare(ComponentText const &component) const;
     };
     using Block = std::vector<Entry>;
 
@@ -89,7 +99,7 @@ public:
 
     Child operator*() const {
         Entry const &entry = m_children->BlockAt(m_block)[m_index];
-        return {entry.text, *entry.node};
+        return {ComponentText(entry.Text(), std::strlen(entry.Text())), *entry.node};
     }
     std::unique_ptr<Child> operator->() const { return std::make_unique<Child>(**this); }
     Iterator &operator++() {
