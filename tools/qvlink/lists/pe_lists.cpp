@@ -89,7 +89,7 @@ private:
         std::uint64_t const size = m_image.Need<std::uint32_t>(at + 4, CutOff);
         constexpr const char *outside = "a list is outside the file";
         if (size == 0) {
-            return {};
+            return m_bytes.substr(0, 0);
         }
         std::uint64_t const first = m_image.FileOffset(address, outside);
         std::uint64_t const last = m_image.FileOffset(address + size - 1, outside);
