@@ -5,8 +5,8 @@
 #include "platform/winapi.h"
 
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
 namespace {
@@ -79,9 +79,7 @@ LoadedModule LoadDecompressor() {
         win::_splitpath_s(own, drive, sizeof drive, folder, sizeof folder, nullptr, 0, nullptr,
                           0) != 0)
         return nullptr;
-    std::strcpy(path, drive);
-    std::strcat(path, folder);
-    std::strcat(path, name);
+    std::snprintf(path, sizeof path, "%s%s%s", drive, folder, name);
     return LoadedModule(win::LoadLibraryA(path));
 }
 
@@ -121,6 +119,8 @@ void LoadListResource(WORD id, const char *type, LineCallback callback) {
     if (!found)
         return;
     DWORD const size = win::SizeofResource(g_hModule, found);
+    if (size == 0)
+        return;
     LoadedResource const resource(win::LoadResource(g_hModule, found));
     StoredList list{};
     if (!resource || !ReadStoredList(win::LockResource(resource.get()), size, list))

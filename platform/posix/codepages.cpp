@@ -107,7 +107,8 @@ int WideToUtf8(DWORD flags, std::u16string const &wide, char *buffer, int capaci
 namespace win::host {
 
 UINT GetACP() {
-    return platform::OutOfMemoryAs(UINT{CP_UTF8}, [] { return UINT{platform::CodePageNow()}; });
+    return platform::OutOfMemoryAs(UINT{CP_UTF8},
+                                   [] { return UINT{platform::SettingsNow()->codePage}; });
 }
 
 int WideCharToMultiByte(UINT codePage, DWORD flags, const unsigned short *wide, int length,

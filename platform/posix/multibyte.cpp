@@ -117,7 +117,7 @@ const char *Chars(const unsigned char *text) { return reinterpret_cast<const cha
 } // namespace
 
 unsigned char *_mbschr(const unsigned char *text, unsigned character) {
-    unsigned const codePage = platform::CodePageNow();
+    unsigned const codePage = platform::LastCodePage();
     Reader reader(text, codePage);
     if (!HasPairs(codePage)) {
         bool const isByte = character <= UCHAR_MAX;
@@ -136,7 +136,7 @@ unsigned char *_mbschr(const unsigned char *text, unsigned character) {
 }
 
 int _mbsicmp(const unsigned char *left, const unsigned char *right) {
-    unsigned const codePage = platform::CodePageNow();
+    unsigned const codePage = platform::LastCodePage();
     if (!left || !right || !HasPairs(codePage))
         return _stricmp(Chars(left), Chars(right));
     Reader a(left, codePage);
@@ -155,7 +155,7 @@ unsigned char *_mbstok(unsigned char *text, const unsigned char *delimiters) {
     auto *const start = text ? text : reinterpret_cast<unsigned char *>(tokensLeft);
     if (!start)
         return nullptr;
-    unsigned const codePage = platform::CodePageNow();
+    unsigned const codePage = platform::LastCodePage();
     if (HasPairs(codePage))
         return NextToken(start, delimiters, codePage);
     return reinterpret_cast<unsigned char *>(

@@ -13,20 +13,19 @@ std::mutex settingsMutex;
 // has them.
 std::shared_ptr<Settings const> *heldSettings = nullptr;
 bool areApplied = false;
-std::atomic<unsigned> codePageNow{0}; // 0: not known
+std::atomic<unsigned> lastCodePage{0}; // 0: none was known yet
 
 void Hold(Settings settings) {
     auto held = std::make_unique<std::shared_ptr<Settings const>>(
         std::make_shared<Settings const>(std::move(settings)));
     delete heldSettings;
     heldSettings = held.release();
-    codePageNow = (*heldSettings)->codePage;
+    lastCodePage = (*heldSettings)->codePage;
 }
 
 void Drop() {
     delete heldSettings;
     heldSettings = nullptr;
-    codePageNow = 0;
 }
 
 bool IsUpperLetter(char c) { return c >= 'A' && c <= 'Z'; }
@@ -40,8 +39,8 @@ std::shared_ptr<Settings const> SettingsNow() {
     return *heldSettings;
 }
 
-unsigned CodePageNow() {
-    unsigned const known = codePageNow.load(std::memory_order_relaxed);
+unsigned LastCodePage() {
+    unsigned const known = lastCodePage.load(std::memory_order_relaxed);
     return known != 0 ? known : SettingsNow()->codePage;
 }
 

@@ -10,8 +10,8 @@ namespace platform {
 // What holds now; stays as it is while the caller has it.
 std::shared_ptr<Settings const> SettingsNow();
 
-// The code page that holds now, for those who ask often.
-unsigned CodePageNow();
+// The code page that was known last, for those who ask often and read no settings for it.
+unsigned LastCodePage();
 
 // Reads the prefix again when it is next needed, unless settings were applied.
 void ForgetPrefix();
