@@ -45,14 +45,20 @@ private:
 
 ProtectAdder::ProtectAdder(ProtectNode &root) : m_root(root) {}
 
+// A step is shared if its component ends in this path as well. Half a character at the end of
+// the last path may be a whole one here.
+bool ProtectAdder::Shares(Step const &step, const char *path, std::size_t length) const {
+    if (step.end > length || std::memcmp(path, m_path, step.end) != 0)
+        return false;
+    bool const wasLast = m_path[step.end] == '\0';
+    bool const isHalf = wasLast && static_cast<unsigned char>(m_path[step.end - 1]) >= 0x80;
+    return path[step.end] == '\0' || (path[step.end] == '\\' && !isHalf);
+}
+
 unsigned ProtectAdder::SharedSteps(const char *path, std::size_t length) const {
     unsigned shared = m_count;
-    for (; shared > 0; --shared) {
-        unsigned const end = m_steps[shared - 1].end;
-        if (end <= length && (path[end] == '\\' || path[end] == '\0') &&
-            std::memcmp(path, m_path, end) == 0)
-            break;
-    }
+    while (shared > 0 && !Shares(m_steps[shared - 1], path, length))
+        --shared;
     return shared;
 }
 

@@ -35,6 +35,7 @@ private:
         ProtectNode *node;
     };
 
+    bool Shares(Step const &step, const char *path, std::size_t length) const;
     unsigned SharedSteps(const char *path, std::size_t length) const;
 
     ProtectNode &m_root;
