@@ -20,6 +20,8 @@ Outcome RunToolWithoutReader(std::vector<std::string> const &arguments);
 
 // A path of drive Z: as the host writes it.
 std::string HostForm(std::string const &databasePath);
+// A path of drive C: as the host writes it, if `prefix` is the prefix in use.
+std::string HostFormIn(std::string const &prefix, std::string const &databasePath);
 // The default folder of the database for a user whose home is `home`, and the variable of
 // the environment that says so.
 std::string DefaultFolderFor(std::string const &home);

@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr const char *Commands[] = {"scan", "deps",    "refs",  "find",   "show",
-                                    "why",  "missing", "stats", "verify", "export"};
+constexpr const char *Commands[] = {"scan",    "deps",  "refs",   "find",   "show",      "why",
+                                    "missing", "stats", "verify", "export", "protected", "lists"};
 
 void ExpectTold(Outcome const &outcome, long exitCode, std::string const &piece) {
     EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;
@@ -49,6 +49,7 @@ TEST(CliUse, Bad_use_is_told_with_the_way_to_the_help) {
     ExpectTold(RunTool({"stats", "--top", "many"}), 2, "many");
     ExpectTold(RunTool({"stats", "--top", "-1"}), 2, "--top");
     ExpectTold(RunTool({"stats", "--nonsense"}), 2, "--nonsense");
+    ExpectTold(RunTool({"protected"}), 2, "qvlink protected --help");
 }
 
 TEST(CliUse, Without_a_database_the_way_to_one_is_told) {

@@ -89,6 +89,13 @@ ListSource ListFile::TheList(std::optional<std::uint32_t> id) const {
     return std::move(sources.front());
 }
 
+void RequireNoJson(Request const &request) {
+    if (request.json) {
+        throw CommandError("the answer is a list, and --json has no form for it\nUse --json with "
+                           "`qvlink lists check` or `qvlink lists diff`.");
+    }
+}
+
 void WriteList(std::string const &output, std::string_view bytes) {
     if (output.empty()) {
         std::cout << bytes;

@@ -2,6 +2,7 @@
 // what is in them.
 #pragma once
 
+#include "commands/request.h"
 #include "lists/library_lists.h"
 
 #include <optional>
@@ -53,6 +54,8 @@ private:
 // "WIN_FILES 101"
 std::string ListName(lists::Kind kind, std::uint32_t id);
 
+// Throws CommandError if --json is given: for commands whose answer is a list itself.
+void RequireNoJson(Request const &request);
 // Writes to standard output, or whole to the file that --output names. Throws CommandError.
 void WriteList(std::string const &output, std::string_view bytes);
 

@@ -26,6 +26,7 @@ void TellSkipped(Request const &request, std::vector<std::string> const &skipped
 } // namespace
 
 int RunListsCapture(Request const &request) {
+    RequireNoJson(request);
     CaptureRequest wanted;
     wanted.kind = request.listKind == "files" ? lists::Kind::files : lists::Kind::keys;
     wanted.from = request.from;

@@ -35,6 +35,7 @@ std::string Pack(std::string const &path, std::string const &text) {
 } // namespace
 
 int RunListsPack(Request const &request) {
+    RequireNoJson(request);
     std::string const &path = request.paths.front();
     ListFile const file(path);
     if (file.Is() != ListFile::Form::text) {
@@ -49,6 +50,7 @@ int RunListsPack(Request const &request) {
 }
 
 int RunListsUnpack(Request const &request) {
+    RequireNoJson(request);
     ListFile const file(request.paths.front());
     if (file.Is() == ListFile::Form::text) {
         throw CommandError(request.paths.front() +

@@ -91,6 +91,10 @@ std::string HostForm(std::string const &databasePath) {
     return path.empty() ? "/" : path;
 }
 
+std::string HostFormIn(std::string const &prefix, std::string const &databasePath) {
+    return prefix + "/drive_c" + HostForm(databasePath);
+}
+
 std::string DefaultFolderFor(std::string const &home) { return home + "/qvlinkdb"; }
 
 std::pair<std::string, std::string> HomeVariable(std::string const &home) {

@@ -99,6 +99,10 @@ std::string HostForm(std::string const &databasePath) {
     return databasePath.size() == 2 ? databasePath + '\\' : databasePath;
 }
 
+std::string HostFormIn(std::string const &, std::string const &databasePath) {
+    return databasePath;
+}
+
 std::string DefaultFolderFor(std::string const &home) { return home + "\\QVLinkDB"; }
 
 std::pair<std::string, std::string> HomeVariable(std::string const &home) {
