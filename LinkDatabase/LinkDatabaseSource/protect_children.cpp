@@ -76,15 +76,43 @@ bool IsWhole(ComponentHead const &head) {
     return (head.second & 0xff) == 0 && ((head.first | head.second) & highBits) == 0;
 }
 
+// Without a branch that the processor would have to guess.
+bool IsLess(ComponentHead const &left, ComponentHead const &right) {
+    return (left.first < right.first) |
+           ((left.first == right.first) & (left.second < right.second));
+}
+
+bool IsEqual(ComponentHead const &left, ComponentHead const &right) {
+    return left.first == right.first && left.second == right.second;
+}
+
+// For components with equal heads.
+int CompareTexts(ComponentHead const &head, const char *left, const char *right) {
+    if (IsWhole(head))
+        return 0;
+    bool const isAscii = ((head.first | head.second) & highBits) == 0;
+    std::size_t const same = isAscii ? headSize : 0;
+    return win::_mbsicmp(reinterpret_cast<const unsigned char *>(left + same),
+                         reinterpret_cast<const unsigned char *>(right + same));
+}
+
 int CompareComponents(ComponentHead const &left, const char *leftText, ComponentHead const &right,
                       const char *rightText) {
-    if (left.first != right.first)
-        return left.first < right.first ? -1 : 1;
-    if (left.second != right.second)
-        return left.second < right.second ? -1 : 1;
-    return IsWhole(left) ? 0
-                         : win::_mbsicmp(reinterpret_cast<const unsigned char *>(leftText),
-                                         reinterpret_cast<const unsigned char *>(rightText));
+    if (!IsEqual(left, right))
+        return IsLess(left, right) ? -1 : 1;
+    return CompareTexts(left, leftText, rightText);
+}
+
+// How many of the entries from the first on fulfil the condition; none behind them does.
+template <class Entries, class Condition>
+std::size_t CountFirst(Entries const &entries, Condition condition) {
+    std::size_t count = 0;
+    for (std::size_t left = entries.size(); left > 0;) {
+        std::size_t const half = (left + 1) / 2;
+        count += condition(entries[count + half - 1]) ? half : 0;
+        left -= half;
+    }
+    return count;
 }
 
 } // namespace
@@ -114,18 +142,24 @@ ProtectChildren::Place ProtectChildren::Search(ComponentText const &component) c
         (BlockAt(middle).front().Compare(component) <= 0 ? block : end) = middle;
     }
     Block const &entries = BlockAt(block);
-    std::size_t index = 0;
-    for (std::size_t end = entries.size(); index < end;) {
-        std::size_t const middle = index + (end - index) / 2;
-        int const order = entries[middle].Compare(component);
-        if (order == 0)
-            return {block, middle, true};
-        if (order < 0)
-            index = middle + 1;
-        else
-            end = middle;
-    }
-    return {block, index, false};
+    ComponentHead const &head = component.Head();
+    std::size_t const index =
+        CountFirst(entries, [&](Entry const &entry) { return IsLess(entry.head, head); });
+    if (index == entries.size() || !IsEqual(entries[index].head, head))
+        return {block, index, false};
+    return SearchTexts({block, index, false}, component);
+}
+
+// From the first entry with the component's head on it is the texts that differ.
+ProtectChildren::Place ProtectChildren::SearchTexts(Place from,
+                                                    ComponentText const &component) const {
+    Block const &entries = BlockAt(from.block);
+    auto const order = [&](Entry const &entry) { return entry.Compare(component); };
+    std::size_t const index =
+        order(entries[from.index]) == 0
+            ? from.index
+            : CountFirst(entries, [&](Entry const &entry) { return order(entry) < 0; });
+    return {from.block, index, index < entries.size() && order(entries[index]) == 0};
 }
 
 // Sorted children fill their blocks; in other orders a full block becomes two. Nothing has

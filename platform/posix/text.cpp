@@ -90,11 +90,9 @@ int _stricmp(const char *left, const char *right) {
     if (!left || !right)
         return INT_MAX;
     for (;; ++left, ++right) {
-        unsigned char const a = Lower(*left);
-        unsigned char const b = Lower(*right);
-        if (a != b)
-            return a < b ? -1 : 1;
-        if (a == 0)
+        if (*left != *right && Lower(*left) != Lower(*right))
+            return Lower(*left) < Lower(*right) ? -1 : 1;
+        if (*left == '\0')
             return 0;
     }
 }
