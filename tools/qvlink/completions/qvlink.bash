@@ -1,22 +1,28 @@
 # Completion of qvlink for bash.
 
 _qvlink() {
-    local commands='scan deps refs find show missing why stats verify export'
+    local commands='scan deps refs find show missing why stats verify export protected lists'
+    local lists='capture pack unpack check diff'
     local common='--db --db-paths --json -v --verbose -h --help'
-    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' list='' i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
         --db) ((++i)) ;;
         -*) ;;
         *)
-            command=${COMP_WORDS[i]}
-            break
+            if [[ -z $command ]]; then
+                command=${COMP_WORDS[i]}
+                [[ $command == lists ]] || break
+            else
+                list=${COMP_WORDS[i]}
+                break
+            fi
             ;;
         esac
     done
     case $before in
-    --db)
+    --db | --from)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$word")
         return
@@ -30,26 +36,42 @@ _qvlink() {
         mapfile -t COMPREPLY < <(compgen -W 'dot graphml jsonl csv' -- "$word")
         return
         ;;
-    --top) return ;;
+    --id)
+        mapfile -t COMPREPLY < <(compgen -W '101 102 103 104 105 110 111 112 113 114' -- "$word")
+        return
+        ;;
+    --top | --without) return ;;
     esac
     if [[ -z $command ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$commands $common --version" -- "$word")
         return
     fi
+    if [[ $command == lists && -z $list ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$lists $common" -- "$word")
+        return
+    fi
     if [[ $word == -* ]]; then
         local own=''
-        case $command in
+        case $command${list:+ $list} in
         deps) own='--direct --tree' ;;
         refs) own='--direct' ;;
-        find) own='--type' ;;
+        find) own='--type --protected' ;;
         stats) own='--top' ;;
         export) own='--format -o --output' ;;
+        'lists capture') own='--from --without -o --output' ;;
+        'lists pack') own='-o --output' ;;
+        'lists unpack') own='--id -o --output' ;;
+        'lists check' | 'lists diff') own='--id' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$common $own" -- "$word")
         return
     fi
+    if [[ $list == capture && $before != -o && $before != --output ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'files keys' -- "$word")
+        return
+    fi
     case $command in
-    scan | deps | refs | show | why | export)
+    scan | deps | refs | show | why | export | protected | lists)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         ;;

@@ -1,6 +1,7 @@
 # Completion of qvlink for fish.
 
-set -l commands scan deps refs find show missing why stats verify export
+set -l commands scan deps refs find show missing why stats verify export protected lists
+set -l lists capture pack unpack check diff
 
 complete -c qvlink -f
 complete -c qvlink -l db -d 'Folder of linkdb.dat' -xa '(__fish_complete_directories)'
@@ -21,8 +22,10 @@ complete -c qvlink -n $first -a why -d 'Show a shortest chain of needs'
 complete -c qvlink -n $first -a stats -d 'Count what is in the graph'
 complete -c qvlink -n $first -a verify -d 'Check the database file'
 complete -c qvlink -n $first -a export -d 'Write the whole graph in another format'
+complete -c qvlink -n $first -a protected -d 'Tell whether files belong to the operating system'
+complete -c qvlink -n $first -a lists -d 'Make, check and compare protected lists'
 
-complete -c qvlink -n '__fish_seen_subcommand_from scan deps refs show why' -F
+complete -c qvlink -n '__fish_seen_subcommand_from scan deps refs show why protected' -F
 complete -c qvlink -n '__fish_seen_subcommand_from deps refs' -l direct -d 'Only direct ones'
 complete -c qvlink -n '__fish_seen_subcommand_from deps' -l tree -d 'Show who asks for what'
 complete -c qvlink -n '__fish_seen_subcommand_from find' -l type -d 'Only objects of this type' \
@@ -31,3 +34,23 @@ complete -c qvlink -n '__fish_seen_subcommand_from stats' -l top -d 'How many fi
 complete -c qvlink -n '__fish_seen_subcommand_from export' -l format -d 'The format' \
     -xa 'dot graphml jsonl csv'
 complete -c qvlink -n '__fish_seen_subcommand_from export' -s o -l output -d 'Where to write' -rF
+complete -c qvlink -n '__fish_seen_subcommand_from find' -l protected \
+    -d 'Only files of the operating system'
+
+set -l within '__fish_seen_subcommand_from lists'
+set -l second "$within; and not __fish_seen_subcommand_from $lists"
+complete -c qvlink -n $second -a capture -d 'Make a list from a system'
+complete -c qvlink -n $second -a pack -d 'Store a list as the library holds it'
+complete -c qvlink -n $second -a unpack -d 'Write the text of a stored list'
+complete -c qvlink -n $second -a check -d 'Check the form of lists'
+complete -c qvlink -n $second -a diff -d 'Compare lists'
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from capture" -a 'files keys'
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from capture" -l from \
+    -d 'Prefix or disk' -xa '(__fish_complete_directories)'
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from capture" -l without \
+    -d 'Leave out what fits' -x
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from pack unpack check diff" -F
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from unpack check diff" -l id \
+    -d 'The list of this number' -xa '101 102 103 104 105 110 111 112 113 114'
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from capture pack unpack" -s o \
+    -l output -d 'Where to write' -rF
