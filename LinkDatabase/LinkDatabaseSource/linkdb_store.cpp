@@ -74,9 +74,11 @@ void CQVUDatabase::IndexObject(DBObject *pObj) {
     ObjectNode *const node = Node(pObj);
     if (node->current)
         return; // it stands there itself
-    m_index->retired.reserve(m_index->retired.size() + 1);
+    std::vector<ObjectNode *> &retired = m_index->retired;
+    if (retired.size() == retired.capacity())
+        retired.reserve(2 * retired.size() + 1); // entering can't be undone
     if (ObjectNode *former = m_idmap->Enter(node)) {
-        m_index->retired.push_back(former);
+        retired.push_back(former);
         m_index->tree.MarkIrregular();
     }
     m_namemap->Index(*node);
