@@ -165,6 +165,9 @@ std::vector<std::string> LinesOf(KeyTree const &tree, LineFilter const &filter,
     lister.Below(tree.machine, "HKLM");
     lister.lines.emplace_back();
     lister.Below(tree.user, "HKCU");
+    if (lister.lines.size() == 1) {
+        lister.lines.clear();
+    }
     return std::move(lister.lines);
 }
 

@@ -49,8 +49,8 @@ private:
 // of the user; nothing if it is neither's.
 std::optional<std::string> LineOfSystemPath(std::string_view path, std::string_view userRoot);
 
-// The lines of both blocks, with the empty one in between. A link is followed by its name
-// unless it leads to a key that it lies below.
+// The lines of both blocks, with the empty one in between; none if there are no keys. A link is
+// followed by its name unless it leads to a key that it lies below.
 std::vector<std::string> LinesOf(KeyTree const &tree, LineFilter const &filter,
                                  std::vector<std::string> &skipped);
 
