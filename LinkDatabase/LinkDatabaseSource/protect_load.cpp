@@ -17,7 +17,9 @@ constexpr int firstStatic = 101; // the first priority that isn't the compiler's
 constexpr char WINDIR_TAG[] = "%WindowsDir%\\";
 constexpr char SYSDIR_TAG[] = "%SystemDir%\\";
 
-constexpr std::size_t LengthOf(const char *tag) { return std::strlen(tag); }
+template <std::size_t size> constexpr std::size_t LengthOf(const char (&)[size]) {
+    return size - 1;
+}
 
 // The lists of a family. The numbers don't follow each other: it is the pairs that count.
 struct ListPair {
@@ -110,7 +112,7 @@ void LoadFileListCallback(char *line, unsigned long length) {
     }
     // One letter decides, also for a line without a tag.
     bool const isWindows = std::toupper(static_cast<unsigned char>(line[1])) == 'W';
-    std::size_t const tag = LengthOf(isWindows ? WINDIR_TAG : SYSDIR_TAG);
+    std::size_t const tag = isWindows ? LengthOf(WINDIR_TAG) : LengthOf(SYSDIR_TAG);
     const char *const path =
         length < tag ? nullptr : (isWindows ? windowsPrefix : systemPrefix).With(line + tag);
     if (path)

@@ -34,6 +34,7 @@ std::vector<std::string> Without(std::vector<Entry> const &entries,
     std::set_difference(entries.begin(), entries.end(), others.begin(), others.end(),
                         std::back_inserter(rest));
     std::vector<std::string> spellings;
+    spellings.reserve(rest.size());
     for (Entry const &entry : rest)
         spellings.emplace_back(entry.spelling);
     return spellings;
