@@ -1,6 +1,5 @@
 #include "commands/arguments.h"
 #include "commands/commands.h"
-#include "commands/json_answer.h"
 #include "commands/session.h"
 #include "output/standard_output.h"
 #include "platform/host.h"
@@ -13,47 +12,9 @@ namespace {
 
 using namespace qvlink;
 
-int Run(Request const &request) {
-    switch (request.command) {
-    case Command::scan:
-        return RunScan(request);
-    case Command::deps:
-        return RunDeps(request);
-    case Command::refs:
-        return RunRefs(request);
-    case Command::find:
-        return RunFind(request);
-    case Command::show:
-        return RunShow(request);
-    case Command::missing:
-        return RunMissing(request);
-    case Command::why:
-        return RunWhy(request);
-    case Command::stats:
-        return RunStats(request);
-    case Command::verify:
-        return RunVerify(request);
-    case Command::protectedPaths:
-        return RunProtected(request);
-    case Command::listsCapture:
-        return RunListsCapture(request);
-    case Command::listsPack:
-        return RunListsPack(request);
-    case Command::listsUnpack:
-        return RunListsUnpack(request);
-    case Command::listsCheck:
-        return RunListsCheck(request);
-    case Command::listsDiff:
-        return RunListsDiff(request);
-    case Command::exportGraph:
-        break;
-    }
-    return RunExport(request);
-}
-
 int RunAndTell(Request const &request) {
     try {
-        return Run(request);
+        return RunCommand(request);
     } catch (NothingFound const &nothing) {
         Tell(request, nothing.what());
         return ExitNothing;

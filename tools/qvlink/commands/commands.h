@@ -6,6 +6,10 @@
 
 namespace qvlink {
 
+// The words that the user calls a command by.
+const char *CommandWord(Command command);
+int RunCommand(Request const &request);
+
 int RunScan(Request const &request);
 int RunDeps(Request const &request);
 int RunRefs(Request const &request);

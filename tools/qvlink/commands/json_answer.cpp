@@ -1,46 +1,10 @@
 #include "commands/json_answer.h"
 
+#include "commands/commands.h"
+
 #include <nlohmann/json.hpp>
 
 namespace qvlink {
-
-const char *CommandWord(Command command) {
-    switch (command) {
-    case Command::scan:
-        return "scan";
-    case Command::deps:
-        return "deps";
-    case Command::refs:
-        return "refs";
-    case Command::find:
-        return "find";
-    case Command::show:
-        return "show";
-    case Command::missing:
-        return "missing";
-    case Command::why:
-        return "why";
-    case Command::stats:
-        return "stats";
-    case Command::verify:
-        return "verify";
-    case Command::protectedPaths:
-        return "protected";
-    case Command::listsCapture:
-        return "lists capture";
-    case Command::listsPack:
-        return "lists pack";
-    case Command::listsUnpack:
-        return "lists unpack";
-    case Command::listsCheck:
-        return "lists check";
-    case Command::listsDiff:
-        return "lists diff";
-    case Command::exportGraph:
-        break;
-    }
-    return "export";
-}
 
 namespace {
 

@@ -6,7 +6,6 @@
 
 namespace qvlink {
 
-const char *CommandWord(Command command);
 // A document with the tool's version, the command and the database, and then `fields`.
 Json JsonAnswer(Request const &request, std::string const &directory, Json const &fields);
 // The same for a command that has no database.

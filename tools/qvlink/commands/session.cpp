@@ -1,6 +1,7 @@
 #include "commands/session.h"
 
 #include "answer/file_check.h"
+#include "commands/commands.h"
 #include "commands/json_answer.h"
 #include "platform/host.h"
 

@@ -39,7 +39,7 @@ bool WriteAll(HANDLE file, std::string_view bytes) {
 } // namespace
 
 std::optional<std::string> ReadWholeFile(std::string const &path, std::string &why) {
-    FileHandle const file = Open(ToWide(path), GENERIC_READ, OPEN_EXISTING);
+    FileHandle const file = Open(LongPath(path), GENERIC_READ, OPEN_EXISTING);
     std::string bytes;
     std::string piece(65536, '\0');
     DWORD count = 1;
@@ -57,7 +57,7 @@ std::optional<std::string> ReadWholeFile(std::string const &path, std::string &w
 }
 
 bool WriteWholeFile(std::string const &path, std::string_view bytes, std::string &why) {
-    std::wstring const target = ToWide(path);
+    std::wstring const target = LongPath(path);
     std::wstring const beside = target + L'.' + std::to_wstring(::GetCurrentProcessId()) + L".tmp";
     FileHandle file = Open(beside, GENERIC_WRITE, CREATE_NEW);
     if (!file) {
