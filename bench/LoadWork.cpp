@@ -5,11 +5,10 @@
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "Contest.h"
 #include "System.h"
-
-extern char **environ;
 
 namespace bench {
 namespace {

@@ -19,18 +19,25 @@ constexpr std::size_t byteCount = 2528435;
 // Sorted as lists are: a key in front of those below it.
 using Keys = std::set<std::string>;
 
-std::string ClassId(std::uint32_t number, bench::Random &random) {
-    char text[64];
-    std::snprintf(text, sizeof text, "{%08X-%04X-%04X-8E5D-00C0%04X%04X}", 0x10000u + number,
-                  random.Below(0x10000), random.Below(0x10000), random.Below(0x10000),
-                  random.Below(0x10000));
+std::string Hexadecimal(std::uint32_t number, int digits) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%0*X", digits, number);
     return text;
+}
+
+std::string ClassId(std::uint32_t number, bench::Random &random) {
+    std::string id = "{" + Hexadecimal(0x10000u + number, 8);
+    for (char const *const before : {"-", "-", "-8E5D-00C0", ""}) {
+        id += before;
+        id += Hexadecimal(random.Below(0x10000), 4);
+    }
+    return id + "}";
 }
 
 void AddClasses(Keys &keys, bench::Random &random) {
     std::string const classes = "HKLM\\SOFTWARE\\Classes";
-    std::vector<std::string> const below{"InprocServer32", "ProgID", "TypeLib", "Version",
-                                         "VersionIndependentProgID"};
+    std::vector<std::string> const below{"\\InprocServer32", "\\ProgID", "\\TypeLib", "\\Version",
+                                         "\\VersionIndependentProgID"};
     keys.insert({"HKLM\\SOFTWARE", classes, classes + "\\CLSID", classes + "\\Interface"});
     for (std::uint32_t i = 0; keys.size() < lineCount * 2 / 5; ++i) {
         std::string const key = classes + (i % 3 ? "\\Interface\\" : "\\CLSID\\") +
@@ -38,7 +45,7 @@ void AddClasses(Keys &keys, bench::Random &random) {
         keys.insert(key);
         for (std::string const &name : below)
             if (random.Below(3) > 0)
-                keys.insert(key + "\\" + name);
+                keys.insert(key + name);
     }
 }
 
