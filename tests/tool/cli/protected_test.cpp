@@ -141,6 +141,26 @@ TEST_F(CliProtected, Json_says_the_same_and_fits_the_schema) {
     EXPECT_FALSE(paths[2].contains("protected"));
 }
 
+TEST_F(CliProtected, The_family_of_a_prefix_says_which_list_answers) {
+    if (qvlink::DecompressorFile == std::string("ziplib.dll")) {
+        GTEST_SKIP() << "Windows is of one family";
+    }
+    WriteBytes(Prefix().Path() / "platform.ini", BytesOf("version=1.4.10\n"));
+    json const old = json::parse(AskDatabase({"C:\\nowhere", "--json"}).out);
+    EXPECT_EQ(old["list"],
+              (json{{"type", "WIN_FILES"}, {"id", 103}, {"family", "Windows 98"}, {"ostype", 2}}));
+    // No Windows has this version.
+    WriteBytes(Prefix().Path() / "platform.ini", BytesOf("version=1.4.55\n"));
+    Outcome const unknown = AskDatabase({Kernel, "--json"});
+    EXPECT_EQ(unknown.exitCode, 1);
+    EXPECT_NE(unknown.err.find("no list for this system's family"), std::string::npos)
+        << unknown.err;
+    json const answer = json::parse(unknown.out);
+    EXPECT_EQ(WhyInvalid(Schema(), answer), "");
+    EXPECT_FALSE(answer.contains("list"));
+    EXPECT_EQ(answer["paths"][0]["protected"], false);
+}
+
 TEST_F(CliProtected, No_database_is_needed_and_none_is_made) {
     TempFolder home;
     Outcome const told =

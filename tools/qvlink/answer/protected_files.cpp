@@ -105,7 +105,7 @@ std::size_t ProtectedFiles::CountBelow(std::string_view path) const {
 OwnList ReadOwnList() {
     OwnList list;
     list.library = HostFormOf(GetOwnModulePath());
-    list.family = ListsOf(CNTAdminObject().GetOS());
+    list.family = ListsOf(g_NTAdminObject.GetOS());
     if (!list.family) {
         return list;
     }

@@ -36,7 +36,7 @@ public:
     // A path of the host, or the one that it leads to through links.
     PathProtection AskHost(std::string const &text) {
         PathProtection const direct = AskPlace(text, PlaceOfHostPath(text));
-        if (direct.isProtected || !direct.line.empty()) {
+        if (direct.isProtected || !direct.line.empty() || direct.below > 0) {
             return direct;
         }
         std::optional<std::string> const real = PathThroughLinks(text);
