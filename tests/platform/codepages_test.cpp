@@ -62,13 +62,13 @@ TEST(CodePages, each_byte_that_is_a_character_comes_back) {
     for (UINT const page : {1250u, 1251u, 1252u, 1253u, 1254u, 1255u, 1256u, 1257u, 1258u, 874u,
                             437u, 850u, 852u, 866u}) {
         for (int value = 0; value < 256; ++value) {
-            std::string const byte(1, static_cast<char>(value));
-            Wide const wide = ToWide(page, demanding, byte);
+            std::string const single(1, static_cast<char>(value));
+            Wide const wide = ToWide(page, demanding, single);
             if (value < 0x80) {
                 EXPECT_EQ(Wide{static_cast<unsigned short>(value)}, wide) << page;
             }
             if (!wide.empty()) {
-                EXPECT_EQ(byte, ToBytes(page, 0, wide)) << page << ' ' << value;
+                EXPECT_EQ(single, ToBytes(page, 0, wide)) << page << ' ' << value;
             }
         }
     }

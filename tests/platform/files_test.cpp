@@ -106,23 +106,23 @@ TEST_F(Files, reading_at_the_end_succeeds_with_nothing) {
     Make("file", "abc");
     ScopedHandle const file(OpenToRead(At("file")));
     EXPECT_EQ("abc", ReadAll(file));
-    char byte = 'x';
+    char letter = 'x';
     DWORD count = 77;
-    EXPECT_TRUE(win::ReadFile(file, &byte, 1, &count, nullptr));
+    EXPECT_TRUE(win::ReadFile(file, &letter, 1, &count, nullptr));
     EXPECT_EQ(0u, count);
-    EXPECT_EQ('x', byte);
+    EXPECT_EQ('x', letter);
 }
 
 TEST_F(Files, what_wasnt_asked_for_at_opening_is_5) {
     Make("file", "abc");
-    char byte = 0;
+    char letter = 0;
     DWORD count = 0;
     ScopedHandle const reader(OpenToRead(At("file")));
-    EXPECT_FAILS_WITH(5, win::WriteFile(reader, &byte, 1, &count, nullptr));
+    EXPECT_FAILS_WITH(5, win::WriteFile(reader, &letter, 1, &count, nullptr));
     EXPECT_FAILS_WITH(5, win::FlushFileBuffers(reader));
     ScopedHandle const writer(win::CreateFileA(At("file").c_str(), GENERIC_WRITE, shareAll, nullptr,
                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    EXPECT_FAILS_WITH(5, win::ReadFile(writer, &byte, 1, &count, nullptr));
+    EXPECT_FAILS_WITH(5, win::ReadFile(writer, &letter, 1, &count, nullptr));
     EXPECT_TRUE(win::FlushFileBuffers(writer));
 }
 
@@ -214,11 +214,11 @@ TEST_F(Files, a_closed_handle_is_6_to_every_call) {
     Make("file");
     HANDLE const file = OpenToWrite(At("file"), OPEN_EXISTING);
     EXPECT_TRUE(win::CloseHandle(file));
-    char byte = 0;
+    char letter = 0;
     DWORD count = 0;
     LARGE_INTEGER size;
-    EXPECT_FAILS_WITH(6, win::ReadFile(file, &byte, 1, &count, nullptr));
-    EXPECT_FAILS_WITH(6, win::WriteFile(file, &byte, 1, &count, nullptr));
+    EXPECT_FAILS_WITH(6, win::ReadFile(file, &letter, 1, &count, nullptr));
+    EXPECT_FAILS_WITH(6, win::WriteFile(file, &letter, 1, &count, nullptr));
     EXPECT_FAILS_WITH(6, win::SetFilePointerEx(file, Offset(0), nullptr, FILE_BEGIN));
     EXPECT_FAILS_WITH(6, win::GetFileSizeEx(file, &size));
     EXPECT_FAILS_WITH(6, win::FlushFileBuffers(file));

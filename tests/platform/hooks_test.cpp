@@ -46,6 +46,7 @@ protected:
         testing_hooks::SetVersion(0, 0, 0);
         testing_hooks::SetThreadGroups(nullptr);
         testing_hooks::SetProcessGroups(nullptr);
+        testing_hooks::SetResources(nullptr, 0);
     }
 
     std::string At(std::string const &name) const { return m_folder.Directory() + "\\" + name; }
@@ -126,6 +127,57 @@ TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
                 !win::AllocateAndInitializeSid(&authority, 1, 0, 0, 0, 0, 0, 0, 0, 0, &sid));
     EXPECT_EQ(5u, win::GetLastError());
     m_script.failing.clear();
+}
+
+TEST_F(Hooks, make_services_of_modules_and_resources_fail) {
+    HMODULE const module = win::LoadLibraryA("platform_resources.dll");
+    ASSERT_NE(nullptr, module);
+    HRSRC const found = win::FindResourceA(module, MAKEINTRESOURCEA(7), "SOME_BYTES");
+    HGLOBAL const loaded = win::LoadResource(module, found);
+    ASSERT_NE(nullptr, loaded);
+    char path[260];
+    auto const failing = [&](const char *service) {
+        m_script.failing = service;
+        return true;
+    };
+    EXPECT_TRUE(failing("FindResourceA") &&
+                !win::FindResourceA(module, MAKEINTRESOURCEA(7), "SOME_BYTES"));
+    EXPECT_EQ("SOME_BYTES", m_script.seen.back().path);
+    EXPECT_TRUE(failing("SizeofResource") && win::SizeofResource(module, found) == 0);
+    EXPECT_TRUE(failing("LoadResource") && !win::LoadResource(module, found));
+    EXPECT_TRUE(failing("LockResource") && !win::LockResource(loaded));
+    EXPECT_TRUE(failing("FreeResource") && win::FreeResource(loaded));
+    EXPECT_TRUE(failing("OleInitialize") && !SUCCEEDED(win::OleInitialize(nullptr)));
+    EXPECT_TRUE(failing("GetModuleFileNameA") &&
+                win::GetModuleFileNameA(module, path, sizeof path) == 0);
+    EXPECT_TRUE(failing("FreeLibrary") && !win::FreeLibrary(module));
+    m_script.failing = "OleUninitialize";
+    std::size_t const before = m_script.seen.size();
+    win::OleUninitialize();
+    EXPECT_EQ(before + 1, m_script.seen.size()); // it didn't come to the system
+    m_script.failing.clear();
+    EXPECT_TRUE(win::FreeLibrary(module));
+}
+
+TEST_F(Hooks, tell_resources_that_every_module_has) {
+    testing_hooks::Resource const told[] = {{"SOME_BYTES", 7, "told", 4}, {"NEW", 65535, "", 0}};
+    testing_hooks::SetResources(told, 2);
+    HMODULE const module = win::LoadLibraryA("platform_resources.dll");
+    for (HMODULE const of : {module, HMODULE{}}) {
+        HRSRC const found = win::FindResourceA(of, MAKEINTRESOURCEA(7), "some_bytes");
+        ASSERT_NE(nullptr, found);
+        EXPECT_EQ(4u, win::SizeofResource(of, found));
+        EXPECT_EQ(static_cast<const void *>(told[0].bytes),
+                  win::LockResource(win::LoadResource(of, found)));
+        EXPECT_NE(nullptr, win::FindResourceA(of, MAKEINTRESOURCEA(65535), "NEW"));
+    }
+    // Its own are still there.
+    EXPECT_NE(nullptr, win::FindResourceA(module, MAKEINTRESOURCEA(65535), "SOME_BYTES"));
+    testing_hooks::SetResources(nullptr, 0);
+    HRSRC const own = win::FindResourceA(module, MAKEINTRESOURCEA(7), "SOME_BYTES");
+    EXPECT_LT(100u, win::SizeofResource(module, own));
+    EXPECT_FAILS_WITH(1813, win::FindResourceA(module, MAKEINTRESOURCEA(65535), "NEW"));
+    win::FreeLibrary(module);
 }
 
 TEST_F(Hooks, cut_what_is_written_and_read) {

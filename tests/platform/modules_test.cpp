@@ -28,6 +28,13 @@ private:
     std::filesystem::path m_path;
 };
 
+// With the backslash at its end.
+std::string FolderOf(HMODULE module) {
+    char path[4096] = "";
+    win::GetModuleFileNameA(module, path, sizeof path);
+    return std::string(path).substr(0, std::string(path).find_last_of('\\') + 1);
+}
+
 int globalVariable = 1;
 
 } // namespace
@@ -96,6 +103,58 @@ TEST(Modules, an_address_in_one_leads_to_its_handle) {
                                                     sizeof information));
     EXPECT_EQ(static_cast<void *>(module), information.AllocationBase);
     EXPECT_EQ(0x20u, information.Protect);
+}
+
+TEST(Modules, are_loaded_by_a_path) {
+    HMODULE const program = win::GetModuleHandleA(nullptr);
+    std::string const folder = FolderOf(program);
+    HMODULE const module = win::LoadLibraryA((folder + "platform_third.dll").c_str());
+    ASSERT_NE(nullptr, module);
+    EXPECT_EQ(folder, FolderOf(module));
+    EXPECT_NE(nullptr, win::GetProcAddress(module, "Answer"));
+    EXPECT_EQ(module, win::GetModuleHandleA("platform_third.dll"));
+    EXPECT_TRUE(win::FreeLibrary(module));
+    EXPECT_FAILS_WITH(126, win::GetModuleHandleA("platform_third.dll"));
+}
+
+TEST(Modules, are_loaded_from_another_folder_by_a_path_only) {
+    TempFolder const folder;
+    std::filesystem::copy_file(BesideProgram("platform_third.dll" MODULE_ENDING),
+                               folder.Path() / ("platform_moved.dll" MODULE_ENDING));
+    EXPECT_FAILS_WITH(126, win::LoadLibraryA("platform_moved.dll"));
+    std::string const path = folder.Directory() + "\\platform_moved.dll";
+    HMODULE const module = win::LoadLibraryA(path.c_str());
+    ASSERT_NE(nullptr, module);
+    EXPECT_EQ(module, win::GetModuleHandleA(path.c_str()));
+    EXPECT_TRUE(win::FreeLibrary(module));
+}
+
+TEST(Modules, a_path_leads_nowhere_else) {
+    TempFolder const folder;
+    EXPECT_FAILS_WITH(126,
+                      win::LoadLibraryA((folder.Directory() + "\\platform_first.dll").c_str()));
+    EXPECT_FAILS_WITH(
+        126, win::LoadLibraryA((folder.Directory() + "\\none\\platform_first.dll").c_str()));
+}
+
+TEST(Modules, are_there_until_they_are_freed_as_often_as_they_were_loaded) {
+    HMODULE const module = win::LoadLibraryA("platform_third.dll");
+    ASSERT_NE(nullptr, module);
+    EXPECT_EQ(module, win::LoadLibraryA("platform_third.dll"));
+    EXPECT_TRUE(win::FreeLibrary(module));
+    EXPECT_EQ(module, win::GetModuleHandleA("platform_third.dll"));
+    EXPECT_TRUE(win::FreeLibrary(module));
+    EXPECT_FAILS_WITH(126, win::GetModuleHandleA("platform_third.dll"));
+    EXPECT_FAILS_WITH(126, win::FreeLibrary(module));
+}
+
+TEST(Modules, that_were_freed_can_be_loaded_again) {
+    for (int round = 0; round < 3; ++round) {
+        HMODULE const module = win::LoadLibraryA("platform_third.dll");
+        ASSERT_NE(nullptr, module);
+        EXPECT_NE(nullptr, win::GetProcAddress(module, "Answer"));
+        EXPECT_TRUE(win::FreeLibrary(module));
+    }
 }
 
 TEST(Modules, tell_the_path_of_their_file) {

@@ -105,6 +105,29 @@ TEST(Compare, only_ascii_letters_have_two_cases) {
     EXPECT_NE(0, win::_stricmp("[", "{"));
 }
 
+TEST(CompareBytes, letters_are_the_same_in_both_cases) {
+    EXPECT_EQ(0, win::_memicmp("Hello", "hELLO", 5));
+    EXPECT_EQ(0, win::_memicmp("abc", "ABX", 2));
+    EXPECT_EQ(0, win::_memicmp("a", "b", 0));
+    EXPECT_LT(win::_memicmp("abc", "ABD", 3), 0);
+    EXPECT_GT(win::_memicmp("ABD", "abc", 3), 0);
+    EXPECT_NE(0, win::_memicmp("@[", "`{", 2));
+}
+
+TEST(CompareBytes, a_terminator_is_a_byte_like_others) {
+    EXPECT_LT(win::_memicmp("a\0b", "A\0C", 3), 0);
+    EXPECT_EQ(0, win::_memicmp("a\0b", "A\0B", 3));
+    EXPECT_LT(win::_memicmp("a\0", "A!", 2), 0);
+}
+
+TEST(CopyText, takes_what_fits_with_its_end) {
+    char to[6] = "?????";
+    EXPECT_EQ(0, win::strcpy_s(to, sizeof to, "abcde"));
+    EXPECT_STREQ("abcde", to);
+    EXPECT_EQ(0, win::strcpy_s(to, 1, ""));
+    EXPECT_STREQ("", to);
+}
+
 TEST(LowerCase, is_made_in_place_of_ascii_letters) {
     char text[] = "MiXeD 123 \xc4[@`{Z";
     EXPECT_EQ(text, win::_strlwr(text));

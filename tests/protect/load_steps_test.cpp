@@ -81,10 +81,6 @@ std::string BesideThisProgram(std::string const &name) {
     return own.substr(0, own.find_last_of('\\') + 1) + name;
 }
 
-std::size_t Count(Calls const &calls, char const *service) {
-    return static_cast<std::size_t>(std::count(calls.begin(), calls.end(), service));
-}
-
 } // namespace
 
 TEST(LoadSteps, Are_made_in_order_and_undone_in_reverse) {
@@ -101,20 +97,13 @@ TEST(LoadSteps, Look_for_the_decompressor_beside_the_library_and_nowhere_else) {
 }
 
 TEST(LoadSteps, One_that_fails_ends_the_load_and_gives_back_what_there_is) {
-    for (char const *const step : {"FindResourceA", "LoadResource", "LockResource",
-                                   "GetModuleFileNameA", "LoadLibraryA", "GetProcAddress"}) {
+    for (char const *const step :
+         {"FindResourceA", "SizeofResource", "LoadResource", "LockResource", "GetModuleFileNameA",
+          "LoadLibraryA", "GetProcAddress"}) {
         Observed const observed = LoadWithout(step);
         EXPECT_EQ(Lines{}, observed.lines) << step;
         EXPECT_EQ(UpTo(step), observed.calls) << step;
     }
-}
-
-TEST(LoadSteps, A_size_that_isnt_told_ends_the_load) {
-    Observed const observed = LoadWithout("SizeofResource");
-    EXPECT_EQ(Lines{}, observed.lines);
-    EXPECT_EQ(0u, Count(observed.calls, "OleInitialize"));
-    EXPECT_EQ(0u, Count(observed.calls, "LoadLibraryA"));
-    EXPECT_EQ(Count(observed.calls, "LoadResource"), Count(observed.calls, "FreeResource"));
 }
 
 TEST(LoadSteps, Without_objects_of_other_programs_go_on_and_dont_end_what_wasnt_begun) {
@@ -142,6 +131,12 @@ TEST(LoadSteps, Of_a_damaged_stream_give_everything_back) {
     Observed const observed = LoadWithout("", WithLength(std::string(50, '\xff'), 100));
     EXPECT_EQ(Lines{}, observed.lines);
     EXPECT_EQ(WholeCourse(), observed.calls);
+}
+
+TEST(LoadSteps, Of_a_resource_without_bytes_end_at_its_size) {
+    Observed const observed = LoadWithout("", "");
+    EXPECT_EQ(Lines{}, observed.lines);
+    EXPECT_EQ(UpTo("SizeofResource", true), observed.calls);
 }
 
 // Its length can't be read, so there is nothing to decompress.

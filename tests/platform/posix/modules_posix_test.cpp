@@ -109,3 +109,22 @@ TEST(ModulesHere, parts_of_a_module_have_their_protection) {
     EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(information.BaseAddress) % 4096);
     EXPECT_EQ(0u, information.RegionSize % 4096);
 }
+
+TEST(ModulesHere, are_found_by_paths_of_the_host_and_of_drives_in_any_case) {
+    fs::path const folder = fs::path(ProgramPath()).parent_path();
+    HMODULE const module = win::LoadLibraryA((folder / "platform_third.dll").c_str());
+    ASSERT_NE(nullptr, module);
+    std::string drive = "Z:" + folder.string() + "\\PLATFORM_Third";
+    for (char &c : drive)
+        c = c == '/' ? '\\' : c;
+    EXPECT_EQ(module, win::LoadLibraryA(drive.c_str()));
+    EXPECT_TRUE(win::FreeLibrary(module));
+    EXPECT_TRUE(win::FreeLibrary(module));
+    EXPECT_FAILS_WITH(126, win::LoadLibraryA((folder.string() + "/").c_str()));
+    EXPECT_FAILS_WITH(126, win::LoadLibraryA("Q:\\platform_third.dll"));
+}
+
+TEST(ModulesHere, of_the_program_and_of_nobody_arent_freed) {
+    EXPECT_FAILS_WITH(126, win::FreeLibrary(win::GetModuleHandleA(nullptr)));
+    EXPECT_FAILS_WITH(126, win::FreeLibrary(nullptr));
+}
