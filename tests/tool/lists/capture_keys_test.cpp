@@ -86,6 +86,15 @@ TEST_F(CaptureKeysTest, A_file_of_another_form_is_told) {
     EXPECT_TRUE(HasWords(capture.skipped, "user.reg: not a registry file"));
 }
 
+TEST_F(CaptureKeysTest, A_folder_in_place_of_a_file_is_told) {
+    PutMachine({"A"});
+    std::filesystem::create_directory(m_disk.At("user.reg"));
+    auto const capture = Take();
+    EXPECT_EQ(TextOf({"HKLM\\A", ""}), capture.text);
+    ASSERT_EQ(1u, capture.skipped.size());
+    EXPECT_TRUE(HasWords(capture.skipped, "user.reg: "));
+}
+
 TEST_F(CaptureKeysTest, Without_a_file_that_can_be_read_it_is_refused) {
     m_disk.Put("system.reg", "junk");
     std::string const why = Refusal(lists::Kind::keys, m_disk.Root());

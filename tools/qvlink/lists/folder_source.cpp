@@ -3,9 +3,8 @@
 #include "lists/prefix_file.h"
 #include "platform/list_source.h"
 #include "platform/walk.h"
+#include "platform/whole_file.h"
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace qvlink {
@@ -58,12 +57,12 @@ bool ReadPrefixKeys(std::string const &folder, const char *name, Key &root,
         skipped.push_back(JoinPath(folder, name) + ": there is no such file");
         return false;
     }
-    std::ifstream input(*path, std::ios::binary);
-    std::string const text((std::istreambuf_iterator<char>(input)), {});
-    PrefixFile const file = ReadPrefixFile(text);
-    if (!input || !file.isOne) {
-        skipped.push_back(
-            *path + (input ? ": not a registry file of Wine's second form" : ": it can't be read"));
+    std::string why;
+    auto const text = ReadWholeFile(*path, why);
+    PrefixFile const file = text ? ReadPrefixFile(*text) : PrefixFile{};
+    if (!file.isOne) {
+        skipped.push_back(*path + ": " +
+                          (text ? "not a registry file of Wine's second form" : why));
         return false;
     }
     for (PrefixFault const &fault : file.faults) {
