@@ -92,6 +92,29 @@ TEST(ProtectMemory, An_add_without_it_throws_and_leaves_a_sound_tree) {
     EXPECT_LE(3u, failures); // at least one for each of the three new nodes
 }
 
+// What the next path has in common with one that failed is only what was made of that.
+TEST(ProtectMemory, After_an_add_without_it_the_next_path_is_added_whole) {
+    bool failed = true;
+    for (std::uint64_t number = 1; failed; ++number) {
+        ProtectNode tree;
+        ProtectAdder adder(tree);
+        adder.Add("C:\\a\\b", 0);
+        failed = false;
+        {
+            AllocationWatch const watch(AllocationWatch::Fail::One, number);
+            try {
+                adder.Add("C:\\a\\c\\d\\e", 0);
+            } catch (std::bad_alloc const &) {
+                failed = true;
+            }
+        }
+        EXPECT_EQ(0u, adder.Add("C:\\a\\c\\d\\f", 0)) << number;
+        EXPECT_EQ(failed ? 0u : 183u, adder.Add("C:\\a\\c\\d\\e", 0)) << number;
+        EXPECT_EQ(7u, CountBelow(tree)) << number;
+        EXPECT_FALSE(Ask(tree, "C:\\a\\c\\d")) << number;
+    }
+}
+
 // At each number of children another one may need more room, and that may not be there.
 TEST(ProtectMemory, Among_many_children_a_failed_add_leaves_all_others) {
     constexpr int many = 1200;
