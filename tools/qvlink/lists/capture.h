@@ -10,8 +10,9 @@ namespace qvlink {
 
 struct CaptureRequest {
     lists::Kind kind = lists::Kind::files;
-    // A folder of the host: a Wine prefix, the top of a Windows disk, or a Windows folder
-    // (files only). Empty: this machine on Windows, elsewhere the prefix in use.
+    // A folder of the host: a Wine prefix, the top of a Windows disk, or a Windows folder.
+    // The keys of a disk aren't read on Windows. Empty: this machine on Windows, elsewhere
+    // the prefix in use.
     std::string from;
     // Patterns for whole lines: * stands for any text, ? for one character, and the case
     // of ASCII letters makes no difference. What matches is left out with all below it.
