@@ -7,6 +7,7 @@
 #include "list_resource.h"
 #include "platform/code_page.h"
 #include "platform/testing.h"
+#include "platform/winapi.h"
 
 #include <cctype>
 #include <cstdlib>
@@ -20,6 +21,13 @@ constexpr WORD listId = 101;
 constexpr unsigned oneBytePage = 1252, doubleBytePage = 932;
 
 using Lines = std::vector<std::string>;
+
+// The fuzzer looks at what a module counts for as long as the process lives.
+void KeepDecompressor() {
+    static HMODULE const module = win::LoadLibraryA("ziplib.dll");
+    if (!module)
+        std::abort();
+}
 
 void Check(bool holds) {
     if (!holds)
@@ -80,6 +88,7 @@ void LoadIntoTree(ProtectNode &tree, const char *type, LineCallback callback) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     if (size == 0)
         return 0;
+    KeepDecompressor();
     bool const isText = data[0] & 1, isKeys = data[0] & 2, hasPairs = data[0] & 4;
     std::string stored(reinterpret_cast<const char *>(data + 1), size - 1);
     if (isText)
