@@ -45,7 +45,8 @@ private:
 void Lister::Below(Key const &key, std::string const &line) {
     m_open.push_back(&key);
     for (auto const &[name, child] : key.below) {
-        std::string const below = line + '\\' + name;
+        std::string below = line + '\\';
+        below += name;
         if (lines.size() >= mostLines) {
             break;
         }
