@@ -16,17 +16,22 @@ class Components {
 public:
     explicit Components(const char *path) {
         // What doesn't fit is a mistake of the caller's that ends the process.
-        if (win::strcpy_s(m_copy, sizeof m_copy, path) != 0)
+        if (win::strcpy_s(m_copy, ProtectPathRoom, path) != 0)
             std::abort();
+        m_whole = std::strlen(m_copy);
+        // Half a character at the end may take the terminator for its other half.
+        m_copy[m_whole + 1] = '\0';
     }
 
-    std::size_t Length() const { return std::strlen(m_copy); } // before the first is asked for
+    std::size_t Length() const { return m_whole; } // of the path
 
     // The next component, from an offset if it is the first. False if there is none.
     bool First(unsigned from = 0) { return Take(m_copy + from); }
     bool Next() { return Take(nullptr); }
     ComponentText Current() const { return ComponentText(m_text, m_length); }
-    unsigned End() const { return static_cast<unsigned>(m_text - m_copy + m_length); }
+    unsigned End() const {
+        return static_cast<unsigned>(m_text - m_copy) + static_cast<unsigned>(m_length);
+    }
 
 private:
     bool Take(char *text) {
@@ -36,7 +41,8 @@ private:
         return m_text != nullptr;
     }
 
-    char m_copy[ProtectPathRoom];
+    char m_copy[ProtectPathRoom + 1];
+    std::size_t m_whole = 0;
     const char *m_text = nullptr;
     std::size_t m_length = 0;
 };

@@ -27,17 +27,19 @@ bool BeginsPair(unsigned codePage, unsigned char c) {
     }
 }
 
-// Full-width letters have case too: the first capital and the first small letter.
+// Full-width letters have case too; where a page parts the alphabet, it has two rows.
 struct WideLetters {
-    unsigned codePage, capital, small;
+    unsigned codePage, first, last, small;
 };
 constexpr WideLetters wideLetters[] = {
-    {932, 0x8260, 0x8281}, {936, 0xa3c1, 0xa3e1}, {949, 0xa3c1, 0xa3e1}, {1361, 0xda41, 0xda61}};
+    {932, 0x8260, 0x8279, 0x8281}, {936, 0xa3c1, 0xa3da, 0xa3e1}, {949, 0xa3c1, 0xa3da, 0xa3e1},
+    {950, 0xa2cf, 0xa2e4, 0xa2e9}, {950, 0xa2e5, 0xa2e8, 0xa340}, {1361, 0xda51, 0xda5e, 0xda71},
+    {1361, 0xda5f, 0xda6a, 0xda91}};
 
 unsigned LowerPair(unsigned codePage, unsigned pair) {
     for (WideLetters const &letters : wideLetters)
-        if (letters.codePage == codePage && pair >= letters.capital && pair < letters.capital + 26)
-            return pair - letters.capital + letters.small;
+        if (letters.codePage == codePage && pair >= letters.first && pair <= letters.last)
+            return pair - letters.first + letters.small;
     return pair;
 }
 
