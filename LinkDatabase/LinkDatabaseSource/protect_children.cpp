@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t wordSize = sizeof(std::uint64_t);
 constexpr std::size_t headSize = 2 * wordSize;
-constexpr std::size_t blockSize = 256;
+constexpr std::size_t blockSize = 512;
 constexpr std::uint64_t ones = 0x0101010101010101u;
 constexpr std::uint64_t highBits = 0x80 * ones; // a byte that has one isn't ASCII
 
@@ -62,7 +62,10 @@ OwnedNode MakeNode(ComponentText const &component, std::uint32_t data) {
 // The order of the numbers is that of _mbsicmp.
 ComponentHead HeadOf(const char *text, std::size_t length) {
     char bytes[headSize] = {};
-    std::memcpy(bytes, text, length < headSize ? length : headSize);
+    if (length >= headSize)
+        std::memcpy(bytes, text, headSize); // of a known size, which is quicker
+    else
+        std::memcpy(bytes, text, length);
     ComponentHead head{Lower(WordAt(bytes)), 0};
     if (!CutToAscii(head.first)) {
         head.second = Lower(WordAt(bytes + wordSize));
@@ -147,19 +150,18 @@ ProtectChildren::Place ProtectChildren::Search(ComponentText const &component) c
         CountFirst(entries, [&](Entry const &entry) { return IsLess(entry.head, head); });
     if (index == entries.size() || !IsEqual(entries[index].head, head))
         return {block, index, false};
-    return SearchTexts({block, index, false}, component);
+    if (IsWhole(head) || entries[index].Compare(component) == 0)
+        return {block, index, true};
+    return SearchTexts(block, component);
 }
 
-// From the first entry with the component's head on it is the texts that differ.
-ProtectChildren::Place ProtectChildren::SearchTexts(Place from,
+// Among several with the component's head it is the texts that differ.
+ProtectChildren::Place ProtectChildren::SearchTexts(std::size_t block,
                                                     ComponentText const &component) const {
-    Block const &entries = BlockAt(from.block);
-    auto const order = [&](Entry const &entry) { return entry.Compare(component); };
+    Block const &entries = BlockAt(block);
     std::size_t const index =
-        order(entries[from.index]) == 0
-            ? from.index
-            : CountFirst(entries, [&](Entry const &entry) { return order(entry) < 0; });
-    return {from.block, index, index < entries.size() && order(entries[index]) == 0};
+        CountFirst(entries, [&](Entry const &entry) { return entry.Compare(component) < 0; });
+    return {block, index, index < entries.size() && entries[index].Compare(component) == 0};
 }
 
 // Sorted children fill their blocks; in other orders a full block becomes two. Nothing has

@@ -85,7 +85,7 @@ private:
     Block const &BlockAt(std::size_t i) const { return i == 0 ? m_first : (*m_more)[i - 1]; }
     Block &BlockAt(std::size_t i) { return i == 0 ? m_first : (*m_more)[i - 1]; }
     Place Search(ComponentText const &component) const;
-    Place SearchTexts(Place from, ComponentText const &component) const;
+    Place SearchTexts(std::size_t block, ComponentText const &component) const;
     Place MakeRoom(Place place);
 
     Block m_first;                              // empty if there are no children
