@@ -1,5 +1,6 @@
 #include "full_path.h"
 
+#include "build_stamp.h"
 #include "path_text.h"
 
 #include "Diag.h"
@@ -12,7 +13,6 @@ namespace {
 
 constexpr int DepthLimit = 260; // what stops a cycle of parent links
 constexpr std::size_t LongClimb = 1024;
-constexpr char BuildStamp[] = "Fri May  4 13:58:19 2012"; // what the receivers of reports expect
 
 } // namespace
 

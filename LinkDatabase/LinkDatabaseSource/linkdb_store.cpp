@@ -1,6 +1,7 @@
 // The store: making, indexing, finding and deleting the records of objects and links.
 #include "linkdb.h"
 
+#include "build_stamp.h"
 #include "database_steps.h"
 #include "graph_index.h"
 #include "link_list.h"
@@ -14,8 +15,6 @@
 #include <new>
 
 namespace {
-
-constexpr char BuildStamp[] = "Fri May  4 13:58:19 2012"; // what the receivers of reports expect
 
 std::uint32_t TypeWord(unsigned long type, bool persistent) {
     return (static_cast<std::uint32_t>(type) & ~PERSISTENT_BIT) | (persistent ? PERSISTENT_BIT : 0);

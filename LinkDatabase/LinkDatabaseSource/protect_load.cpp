@@ -1,5 +1,6 @@
 #include "protect_load.h"
 
+#include "build_stamp.h"
 #include "list_resource.h"
 
 #include "CNTAdminObject.h"
@@ -11,7 +12,6 @@
 
 namespace {
 
-constexpr char BuildStamp[] = "Fri May  4 13:58:19 2012"; // what the receivers of reports expect
 constexpr int firstStatic = 101; // the first priority that isn't the compiler's own
 
 constexpr char WINDIR_TAG[] = "%WindowsDir%\\";

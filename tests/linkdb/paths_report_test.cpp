@@ -1,24 +1,18 @@
 // What the graph reports to the receiver of diagnostics.
 #include "attached.h"
-#include "receiver.h"
+#include "beside_receiver.h"
 #include "roles.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
 
-#include "platform/module_file.h"
 #include "platform/process.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
 // Exit codes of the roles: what was found wrong first.
 enum Finding : int { asTold = 0, noReceiver, wrongResult, wrongCount, wrongPlace, wrongText };
-
-fs::path ReceiverHere() { return fs::path(ProgramPath()).replace_filename(RECEIVER_FILE); }
 
 struct Expected {
     char const *function;
@@ -83,22 +77,6 @@ Role const indexRole("index", [](Arguments const &) -> int {
         return wrongResult;
     return Check(1, duplicate);
 });
-
-// Runs a role from a folder in which the receiver lies beside the program.
-long RunBesideReceiver(char const *role) {
-    TempFolder const folder;
-    fs::path const own(ProgramPath());
-    fs::path const program = folder.Path() / own.filename();
-    fs::copy_file(own, program);
-    fs::path const built = fs::path(own).replace_filename("receiver");
-    fs::copy_file(built / (std::string("QVDebug") + MODULE_ENDING), folder.Path() / RECEIVER_FILE);
-    // What the program itself needs is looked for in the current directory too.
-    fs::path const start = fs::current_path();
-    fs::current_path(own.parent_path());
-    long const code = RunProgram(program.string(), {"--role", role});
-    fs::current_path(start);
-    return code;
-}
 
 TEST(Reports, A_cycle_of_parent_links_ends_with_one) {
     EXPECT_EQ(RunBesideReceiver("cycle"), asTold);

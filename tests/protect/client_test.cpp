@@ -1,4 +1,5 @@
 // IsProtectedPath as a client of the shared library meets it, on the lists that are shipped.
+#include "prefix.h"
 #include "QVLinkDB.h"
 #include "roles.h"
 #include "shipped_lists.h"
@@ -11,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/process.h"
-#include "platform/system_version.h"
 
 namespace {
 
@@ -86,17 +86,6 @@ struct Version {
 
 constexpr Version versions[] = {{"1.4.0", 1}, {"1.4.10", 2}, {"1.4.90", 3}, {"2.3.51", 4},
                                 {"2.4.0", 5}, {"2.5.0", 6},  {"2.5.1", 7}};
-
-class Prefix {
-public:
-    explicit Prefix(std::string const &text) {
-        std::ofstream(m_folder.Path() / "platform.ini") << text << '\n';
-        UsePrefixFromNowOn(m_folder.Directory().c_str());
-    }
-
-private:
-    TempFolder m_folder;
-};
 
 constexpr char windowsXp[] = "version=2.5.1";
 

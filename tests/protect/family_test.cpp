@@ -1,6 +1,7 @@
 // Which lists serve which system: each row of the table in a process of its own.
 #include "call_hook.h"
 #include "CNTAdminObject.h"
+#include "prefix.h"
 #include "protect_load.h"
 #include "roles.h"
 #include "system_folders.h"
@@ -14,23 +15,10 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/system_version.h"
-
 namespace {
 
 // Until a role tells another version there is no list for the system's, and nothing is loaded.
 constexpr char noFamily[] = "version=1.4.20";
-
-class Prefix {
-public:
-    explicit Prefix(std::string const &text) {
-        std::ofstream(m_folder.Path() / "platform.ini") << text << '\n';
-        UsePrefixFromNowOn(m_folder.Directory().c_str());
-    }
-
-private:
-    TempFolder m_folder;
-};
 
 DWORD Number(std::string const &text) { return static_cast<DWORD>(std::stoul(text)); }
 

@@ -1,20 +1,15 @@
 // What lines without a tag report to the receiver of diagnostics.
+#include "beside_receiver.h"
 #include "protect_load.h"
-#include "receiver.h"
 #include "roles.h"
-#include "temp_folder.h"
 
 #include "platform/winapi.h"
 
 #include <cstring>
-#include <filesystem>
 
 #include <gtest/gtest.h>
 
-#include "platform/module_file.h"
 #include "platform/process.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -24,8 +19,6 @@ enum Finding : int { asTold = 0, noReceiver, wrongCount, wrongPlace, wrongText }
 constexpr DWORD errorBefore = 4711;
 constexpr char tagTest[] = "memicmp(line, WINDIR_TAG, _countof(WINDIR_TAG) - 1) == 0 || "
                            "memicmp(line, SYSDIR_TAG, _countof(SYSDIR_TAG) - 1) == 0";
-
-fs::path ReceiverHere() { return fs::path(ProgramPath()).replace_filename(RECEIVER_FILE); }
 
 // Compares what the receiver has got. The text is compared as far as it is given.
 Finding Check(int reports, int line, std::string const &text) {
@@ -83,22 +76,6 @@ Role const shortRole("short-line", [](Arguments const &) -> int {
     Take("%SystemDir%");
     return Check(1, 155, tagTest + std::string(" - 4711"));
 });
-
-// Runs a role from a folder in which the receiver lies beside the program.
-long RunBesideReceiver(char const *role) {
-    TempFolder const folder;
-    fs::path const own(ProgramPath());
-    fs::path const program = folder.Path() / own.filename();
-    fs::copy_file(own, program);
-    fs::path const built = fs::path(own).replace_filename("receiver");
-    fs::copy_file(built / (std::string("QVDebug") + MODULE_ENDING), folder.Path() / RECEIVER_FILE);
-    // What the program itself needs is looked for in the current directory too.
-    fs::path const start = fs::current_path();
-    fs::current_path(own.parent_path());
-    long const code = RunProgram(program.string(), {"--role", role});
-    fs::current_path(start);
-    return code;
-}
 
 } // namespace
 
