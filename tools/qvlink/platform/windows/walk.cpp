@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "model.h"
+#include "platform/windows/file_handle.h"
 #include "platform/windows/text.h"
 #include "readers/pe_reader.h"
 
@@ -15,19 +16,6 @@ struct SearchClose {
     using pointer = HANDLE;
     void operator()(HANDLE search) const { ::FindClose(search); }
 };
-
-struct HandleClose {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { ::CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<void, HandleClose>;
-
-FileHandle OpenFile(std::wstring const &path, DWORD access, DWORD flags) {
-    HANDLE const file =
-        ::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                      nullptr, OPEN_EXISTING, flags, nullptr);
-    return FileHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
-}
 
 class FileSource final : public ByteSource {
 public:
@@ -138,7 +126,7 @@ Presence Folder::Look(std::string const &name, Entry &entry) const {
 
 bool Folder::ReadProgram(std::string const &name, Program &program, std::string &why) const {
     FileHandle const file =
-        OpenFile(m_state->Wide(name), GENERIC_READ, FILE_FLAG_OPEN_REPARSE_POINT);
+        OpenFile(m_state->Wide(name), GENERIC_READ, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT);
     if (!file) {
         why = LastErrorText();
         return false;
@@ -154,7 +142,8 @@ bool Folder::ReadProgram(std::string const &name, Program &program, std::string 
 }
 
 std::optional<std::string> Folder::ReadLink(std::string const &name) const {
-    FileHandle const target = OpenFile(m_state->Wide(name), 0, FILE_FLAG_BACKUP_SEMANTICS);
+    FileHandle const target =
+        OpenFile(m_state->Wide(name), 0, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     wchar_t path[32768];
     constexpr DWORD size = sizeof path / sizeof *path;
     DWORD const length = target ? ::GetFinalPathNameByHandleW(target.get(), path, size, 0) : 0;

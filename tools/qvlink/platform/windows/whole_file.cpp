@@ -4,25 +4,13 @@
 #include <memory>
 #include <windows.h>
 
+#include "platform/windows/file_handle.h"
 #include "platform/windows/text.h"
 
 namespace qvlink {
 namespace {
 
 constexpr std::size_t MOST_AT_ONCE = std::size_t{1} << 30;
-
-struct HandleClose {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { ::CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<void, HandleClose>;
-
-FileHandle Open(std::wstring const &path, DWORD access, DWORD disposition) {
-    HANDLE const file =
-        ::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                      nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return FileHandle(file == INVALID_HANDLE_VALUE ? nullptr : file);
-}
 
 bool WriteAll(HANDLE file, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -39,7 +27,8 @@ bool WriteAll(HANDLE file, std::string_view bytes) {
 } // namespace
 
 std::optional<std::string> ReadWholeFile(std::string const &path, std::string &why) {
-    FileHandle const file = Open(LongPath(path), GENERIC_READ, OPEN_EXISTING);
+    FileHandle const file =
+        OpenFile(LongPath(path), GENERIC_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
     std::string bytes;
     std::string piece(65536, '\0');
     DWORD count = 1;
@@ -59,7 +48,7 @@ std::optional<std::string> ReadWholeFile(std::string const &path, std::string &w
 bool WriteWholeFile(std::string const &path, std::string_view bytes, std::string &why) {
     std::wstring const target = LongPath(path);
     std::wstring const beside = target + L'.' + std::to_wstring(::GetCurrentProcessId()) + L".tmp";
-    FileHandle file = Open(beside, GENERIC_WRITE, CREATE_NEW);
+    FileHandle file = OpenFile(beside, GENERIC_WRITE, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
     if (!file) {
         why = LastErrorText();
         return false;
