@@ -35,6 +35,19 @@ template <class System, class Result> Result Guarded(Call call, Result failure, 
     return result;
 }
 
+// As Guarded, for a service whose result is its code.
+template <class System> LSTATUS GuardedStatus(Call call, System system) {
+    call.moment = Moment::Before;
+    if (Ask(call))
+        return static_cast<LSTATUS>(win::host::GetLastError());
+    LSTATUS const status = system();
+    DWORD const code = win::host::GetLastError();
+    call.moment = Moment::After;
+    Ask(call);
+    win::host::SetLastError(code);
+    return status;
+}
+
 inline Call About(const char *service, const char *path = nullptr) {
     return {service, Moment::Before, path, nullptr, nullptr};
 }
@@ -266,6 +279,100 @@ inline BOOL AllocateAndInitializeSid(SID_IDENTIFIER_AUTHORITY *authority, BYTE c
             return host::AllocateAndInitializeSid(authority, count, first, second, third, fourth,
                                                   fifth, sixth, seventh, eighth, sid);
         });
+}
+
+inline BOOL DuplicateHandle(HANDLE fromProcess, HANDLE handle, HANDLE toProcess, HANDLE *duplicate,
+                            DWORD access, BOOL inheritable, DWORD options) {
+    return testing_hooks::Guarded(testing_hooks::About("DuplicateHandle"), BOOL{FALSE}, [=] {
+        return host::DuplicateHandle(fromProcess, handle, toProcess, duplicate, access, inheritable,
+                                     options);
+    });
+}
+
+inline HANDLE FindFirstFileA(const char *mask, WIN32_FIND_DATAA *data) {
+    return testing_hooks::Guarded(testing_hooks::About("FindFirstFileA", mask),
+                                  HANDLE{INVALID_HANDLE_VALUE},
+                                  [=] { return host::FindFirstFileA(mask, data); });
+}
+
+inline BOOL FindClose(HANDLE search) {
+    return testing_hooks::Guarded(testing_hooks::About("FindClose"), BOOL{FALSE},
+                                  [=] { return host::FindClose(search); });
+}
+
+inline DWORD GetCurrentDirectoryA(DWORD size, char *buffer) {
+    return testing_hooks::Guarded(testing_hooks::About("GetCurrentDirectoryA"), DWORD{0},
+                                  [=] { return host::GetCurrentDirectoryA(size, buffer); });
+}
+
+inline BOOL SetCurrentDirectoryA(const char *path) {
+    return testing_hooks::Guarded(testing_hooks::About("SetCurrentDirectoryA", path), BOOL{FALSE},
+                                  [=] { return host::SetCurrentDirectoryA(path); });
+}
+
+inline BOOL GetComputerNameA(char *buffer, DWORD *size) {
+    return testing_hooks::Guarded(testing_hooks::About("GetComputerNameA"), BOOL{FALSE},
+                                  [=] { return host::GetComputerNameA(buffer, size); });
+}
+
+inline LSTATUS RegOpenKeyExA(HKEY key, const char *path, DWORD options, REGSAM access,
+                             HKEY *opened) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegOpenKeyExA", path), [=] {
+        return host::RegOpenKeyExA(key, path, options, access, opened);
+    });
+}
+
+inline LSTATUS RegCreateKeyExA(HKEY key, const char *path, DWORD reserved, char *classText,
+                               DWORD options, REGSAM access, SECURITY_ATTRIBUTES *security,
+                               HKEY *created, DWORD *disposition) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegCreateKeyExA", path), [=] {
+        return host::RegCreateKeyExA(key, path, reserved, classText, options, access, security,
+                                     created, disposition);
+    });
+}
+
+inline LSTATUS RegCloseKey(HKEY key) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegCloseKey"),
+                                        [=] { return host::RegCloseKey(key); });
+}
+
+inline LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *reserved, DWORD *type,
+                                BYTE *data, DWORD *size) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegQueryValueExA", name), [=] {
+        return host::RegQueryValueExA(key, name, reserved, type, data, size);
+    });
+}
+
+inline LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD reserved, DWORD type,
+                              const BYTE *data, DWORD size) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegSetValueExA", name), [=] {
+        return host::RegSetValueExA(key, name, reserved, type, data, size);
+    });
+}
+
+inline LSTATUS RegDeleteValueA(HKEY key, const char *name) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegDeleteValueA", name),
+                                        [=] { return host::RegDeleteValueA(key, name); });
+}
+
+inline LSTATUS RegDeleteKeyA(HKEY key, const char *path) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegDeleteKeyA", path),
+                                        [=] { return host::RegDeleteKeyA(key, path); });
+}
+
+inline LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *nameSize, DWORD *reserved,
+                             char *classText, DWORD *classSize, FILETIME *lastWrite) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegEnumKeyExA"), [=] {
+        return host::RegEnumKeyExA(key, index, name, nameSize, reserved, classText, classSize,
+                                   lastWrite);
+    });
+}
+
+inline LSTATUS RegEnumValueA(HKEY key, DWORD index, char *name, DWORD *nameSize, DWORD *reserved,
+                             DWORD *type, BYTE *data, DWORD *size) {
+    return testing_hooks::GuardedStatus(testing_hooks::About("RegEnumValueA"), [=] {
+        return host::RegEnumValueA(key, index, name, nameSize, reserved, type, data, size);
+    });
 }
 
 } // namespace win

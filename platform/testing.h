@@ -30,14 +30,18 @@ struct Call {
 using Hook = bool (*)(Call const &call, void *context);
 
 // Installs a hook, called before and after each of these services: CreateMutexA,
-// CloseHandle, CreateFileA, ReadFile, WriteFile, SetFilePointerEx, GetFileSizeEx,
+// CloseHandle, DuplicateHandle, CreateFileA, ReadFile, WriteFile, SetFilePointerEx, GetFileSizeEx,
 // FlushFileBuffers, GetFileAttributesA, SetFileAttributesA, DeleteFileA, MoveFileExA,
+// FindFirstFileA, FindClose, GetComputerNameA, GetCurrentDirectoryA, SetCurrentDirectoryA,
 // GetSystemDirectoryA, GetWindowsDirectoryA, GetVersionExA, LoadLibraryA,
 // FreeLibrary, GetModuleHandleA, GetModuleFileNameA, GetProcAddress, FindResourceA (path is
 // the type), SizeofResource, LoadResource, LockResource, FreeResource, OleInitialize,
 // OleUninitialize, WideCharToMultiByte, MultiByteToWideChar, FormatMessageA,
-// OpenProcessToken, OpenThreadToken, GetTokenInformation, AllocateAndInitializeSid. Null
-// takes it away.
+// OpenProcessToken, OpenThreadToken, GetTokenInformation, AllocateAndInitializeSid, and those
+// of the registry: RegOpenKeyExA, RegCreateKeyExA, RegCloseKey, RegQueryValueExA,
+// RegSetValueExA, RegDeleteValueA, RegDeleteKeyA, RegEnumKeyExA, RegEnumValueA (path is the
+// key's or the value's; a failed call answers the last error that the hook set). Null takes
+// it away.
 void SetHook(Hook hook, void *context);
 
 // What GetVersionExA reports instead of the system's version; 0, 0, 0 makes the system

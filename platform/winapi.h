@@ -34,6 +34,7 @@ using ::ReleaseMutex;
 using ::WaitForSingleObject;
 // Handles
 using ::CloseHandle;
+using ::DuplicateHandle;
 // Process
 using ::GetCurrentProcess;
 using ::GetCurrentProcessId;
@@ -41,6 +42,8 @@ using ::GetProcessTimes;
 // Files
 using ::CreateFileA;
 using ::DeleteFileA;
+using ::FindClose;
+using ::FindFirstFileA;
 using ::FlushFileBuffers;
 using ::GetFileAttributesA;
 using ::GetFileSizeEx;
@@ -49,10 +52,23 @@ using ::ReadFile;
 using ::SetFileAttributesA;
 using ::SetFilePointerEx;
 using ::WriteFile;
-// Folders and version
+// Registry
+using ::RegCloseKey;
+using ::RegCreateKeyExA;
+using ::RegDeleteKeyA;
+using ::RegDeleteValueA;
+using ::RegEnumKeyExA;
+using ::RegEnumValueA;
+using ::RegOpenKeyExA;
+using ::RegQueryValueExA;
+using ::RegSetValueExA;
+// Folders, names and version
+using ::GetComputerNameA;
+using ::GetCurrentDirectoryA;
 using ::GetSystemDirectoryA;
 using ::GetVersionExA;
 using ::GetWindowsDirectoryA;
+using ::SetCurrentDirectoryA;
 // Modules
 using ::DisableThreadLibraryCalls;
 using ::FreeLibrary;

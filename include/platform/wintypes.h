@@ -29,6 +29,37 @@ using HANDLE = void *;
 struct HINSTANCE_RECORD;
 using HINSTANCE = HINSTANCE_RECORD *;
 using HMODULE = HINSTANCE;
+struct HKEY_RECORD;
+using HKEY = HKEY_RECORD *;
+
+// The roots of the registry, which are open at any time.
+inline HKEY HkeyRoot(std::uint32_t number) {
+    return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<std::int32_t>(number)));
+}
+inline HKEY const HKEY_CLASSES_ROOT = HkeyRoot(0x80000000);
+inline HKEY const HKEY_CURRENT_USER = HkeyRoot(0x80000001);
+inline HKEY const HKEY_LOCAL_MACHINE = HkeyRoot(0x80000002);
+inline HKEY const HKEY_USERS = HkeyRoot(0x80000003);
+inline HKEY const HKEY_CURRENT_CONFIG = HkeyRoot(0x80000005);
+
+struct FILETIME {
+    DWORD dwLowDateTime; // 100 ns since 1601 (UTC)
+    DWORD dwHighDateTime;
+};
+
+// What a search tells of a file. The name ends in a NUL.
+struct WIN32_FIND_DATAA {
+    DWORD dwFileAttributes;
+    FILETIME ftCreationTime;
+    FILETIME ftLastAccessTime;
+    FILETIME ftLastWriteTime;
+    DWORD nFileSizeHigh;
+    DWORD nFileSizeLow;
+    DWORD dwReserved0;
+    DWORD dwReserved1;
+    char cFileName[260];
+    char cAlternateFileName[14];
+};
 
 // A recursive lock of this process, for the four calls on critical sections; never copied
 // or moved while it is in use.

@@ -17,11 +17,8 @@ struct HRSRC_RECORD;
 using HRSRC = HRSRC_RECORD *;
 using HRESULT = std::int32_t;
 using errno_t = int;
-
-struct FILETIME {
-    DWORD dwLowDateTime; // 100 ns since 1601 (UTC)
-    DWORD dwHighDateTime;
-};
+using REGSAM = DWORD;
+using LSTATUS = LONG;
 
 union LARGE_INTEGER {
     struct {
@@ -61,6 +58,7 @@ struct SECURITY_ATTRIBUTES;
 struct OVERLAPPED;
 
 static_assert(sizeof(OSVERSIONINFOA) == 148 && sizeof(FILETIME) == 8);
+static_assert(sizeof(WIN32_FIND_DATAA) == 320);
 static_assert(sizeof(LARGE_INTEGER) == 8 && sizeof(MEMORY_BASIC_INFORMATION) == 48);
 
 constexpr BOOL FALSE = 0;
@@ -68,6 +66,8 @@ constexpr BOOL TRUE = 1;
 constexpr DWORD MAX_PATH = 260;
 constexpr DWORD INFINITE = 0xffffffff;
 inline void *const INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_t{-1});
+
+constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
 
 constexpr DWORD DLL_PROCESS_DETACH = 0;
 constexpr DWORD DLL_PROCESS_ATTACH = 1;
@@ -116,6 +116,21 @@ constexpr DWORD MEM_RESERVE = 0x2000;
 constexpr DWORD MEM_RELEASE = 0x8000;
 constexpr DWORD MEM_FREE = 0x10000;
 constexpr DWORD MEM_IMAGE = 0x1000000;
+
+constexpr REGSAM KEY_READ = 0x20019;
+constexpr REGSAM KEY_SET_VALUE = 2;
+constexpr REGSAM KEY_CREATE_SUB_KEY = 4;
+constexpr DWORD REG_NONE = 0;
+constexpr DWORD REG_SZ = 1;
+constexpr DWORD REG_EXPAND_SZ = 2;
+constexpr DWORD REG_BINARY = 3;
+constexpr DWORD REG_DWORD = 4;
+constexpr DWORD REG_DWORD_BIG_ENDIAN = 5;
+constexpr DWORD REG_LINK = 6;
+constexpr DWORD REG_MULTI_SZ = 7;
+constexpr DWORD REG_QWORD = 11;
+constexpr DWORD REG_CREATED_NEW_KEY = 1;
+constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
 
 constexpr DWORD TOKEN_QUERY = 8;
 constexpr DWORD SE_GROUP_MANDATORY = 1;
@@ -167,7 +182,10 @@ constexpr DWORD ERROR_ALREADY_EXISTS = 183;
 constexpr DWORD ERROR_BAD_EXE_FORMAT = 193;
 constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
 constexpr DWORD ERROR_FILE_TOO_LARGE = 223;
+constexpr DWORD ERROR_MORE_DATA = 234;
 constexpr DWORD ERROR_NO_WORK_DONE = 235;
+constexpr DWORD ERROR_NO_MORE_ITEMS = 259;
+constexpr DWORD ERROR_DIRECTORY = 267;
 constexpr DWORD ERROR_NOT_OWNER = 288;
 constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
 constexpr DWORD ERROR_MUTANT_LIMIT_EXCEEDED = 587;
@@ -208,6 +226,9 @@ void DeleteCriticalSection(CRITICAL_SECTION *section);
 
 // Handles: closed once; afterwards ERROR_INVALID_HANDLE, also for the calls on them.
 BOOL CloseHandle(HANDLE handle);
+// Of a registry key within this process, with DUPLICATE_SAME_ACCESS: nothing else is supported.
+BOOL DuplicateHandle(HANDLE fromProcess, HANDLE handle, HANDLE toProcess, HANDLE *duplicate,
+                     DWORD access, BOOL inheritable, DWORD options);
 
 // Process: creation time is fixed for the life of the process and differs between two
 // processes that bear the same id one after the other. Only for GetCurrentProcess().
@@ -228,6 +249,33 @@ DWORD GetFileAttributesA(const char *path);
 BOOL SetFileAttributesA(const char *path, DWORD attributes);
 BOOL DeleteFileA(const char *path);
 BOOL MoveFileExA(const char *from, const char *to, DWORD flags);
+// The first entry that a mask names: `*` and `?` stand in its last component, which is
+// compared without regard to case, and "*.*" is every name. `.` and `..` are entries of every
+// folder but a drive's. The record's size is that of a file; a short name isn't told.
+HANDLE FindFirstFileA(const char *mask, WIN32_FIND_DATAA *data);
+BOOL FindClose(HANDLE search);
+
+// The registry: see docs/platform.md. These answer the code and leave the last error alone.
+LSTATUS RegOpenKeyExA(HKEY key, const char *path, DWORD options, REGSAM access, HKEY *opened);
+LSTATUS RegCreateKeyExA(HKEY key, const char *path, DWORD reserved, char *classText, DWORD options,
+                        REGSAM access, SECURITY_ATTRIBUTES *security, HKEY *created,
+                        DWORD *disposition);
+LSTATUS RegCloseKey(HKEY key);
+LSTATUS RegQueryValueExA(HKEY key, const char *name, DWORD *reserved, DWORD *type, BYTE *data,
+                         DWORD *size);
+LSTATUS RegSetValueExA(HKEY key, const char *name, DWORD reserved, DWORD type, const BYTE *data,
+                       DWORD size);
+LSTATUS RegDeleteValueA(HKEY key, const char *name);
+LSTATUS RegDeleteKeyA(HKEY key, const char *path);
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, char *name, DWORD *nameSize, DWORD *reserved,
+                      char *classText, DWORD *classSize, FILETIME *lastWrite);
+LSTATUS RegEnumValueA(HKEY key, DWORD index, char *name, DWORD *nameSize, DWORD *reserved,
+                      DWORD *type, BYTE *data, DWORD *size);
+
+// The current directory, as a path on the drive that holds it.
+DWORD GetCurrentDirectoryA(DWORD size, char *buffer);
+BOOL SetCurrentDirectoryA(const char *path);
+BOOL GetComputerNameA(char *buffer, DWORD *size); // from platform::CurrentSettings()
 
 // Folders and version, from platform::CurrentSettings().
 UINT GetSystemDirectoryA(char *buffer, UINT size);
