@@ -1,8 +1,7 @@
-// The text files in which a Wine prefix keeps its registry.
+// The keys of the text files in which a Wine prefix keeps its registry.
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +27,5 @@ struct PrefixFile {
 
 // Any text will do.
 PrefixFile ReadPrefixFile(std::string_view text);
-
-// Nothing if half of a pair stands alone.
-std::optional<std::string> Utf8Of(std::u16string const &units);
 
 } // namespace qvlink

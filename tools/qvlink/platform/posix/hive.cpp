@@ -6,7 +6,7 @@
 #include <hivex.h>
 #include <unordered_set>
 
-#include "lists/prefix_file.h"
+#include "registry/text.h"
 
 namespace qvlink {
 namespace {
