@@ -3,6 +3,7 @@
 
 #include "CNTAdminObject.h"
 #include "CSyncObject.h"
+#include "CUtilsPath.h"
 #include "Diag.h"
 #include "linkdb.h"
 #include "std_exception.h"
@@ -10,6 +11,7 @@
 #include "UtilsBase.h"
 #include "UtilsByte.h"
 #include "UtilsList.h"
+#include "UtilsRegistry.h"
 #include "UtilsString.h"
 #include "UtilsStringList.h"
 #include "UtilsVector.h"

@@ -171,6 +171,12 @@ public:
     // null object or one of another type. Never asks the disk.
     CQVUObject *Resolve(char *basePath);
 
+    // Whether its path is that of a file (see IsProtectedPath) or key of the operating system: 1
+    // or 0. 0 for a null object or one without a path. Which of the two is told by the path's
+    // first component, not by the object's type. A path of 260 characters or more ends the
+    // process. The database is locked for as long as the path takes.
+    int IsProtected();
+
     // Walk the links that point at this object (To) or leave it (From) and have a bit of
     // `typeMask` in their type. First gives a handle, or 0 for none and nothing to close;
     // Next gives 1 or 0 at the end; `out` is written on success only. The links come in
