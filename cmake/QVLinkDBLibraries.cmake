@@ -20,6 +20,8 @@ find_package(Threads REQUIRED)
 set(QVLINKDB_SYSTEM_LIBRARIES Threads::Threads ${CMAKE_DL_LIBS})
 if(WIN32)
   list(APPEND QVLINKDB_SYSTEM_LIBRARIES ole32)
+else()
+  list(APPEND QVLINKDB_SYSTEM_LIBRARIES qvlinkdb_registry)
 endif()
 
 add_library(QVLinkDB SHARED $<TARGET_OBJECTS:qvlinkdb_objects>)

@@ -3,12 +3,10 @@
 
 #include <string>
 
+#include "platform/posix/inifile.h"
 #include "platform/settings.h"
 
 namespace platform {
-
-// The directory that QVPREFIX names, else `qvlinkdb` in the user's data directory.
-std::string PrefixDirectory();
 
 // What a prefix says, with what holds where it says nothing; it needn't exist.
 Settings ReadPrefix(std::string const &prefix);
