@@ -1,6 +1,7 @@
 // What qvlink puts into the graph, and what it means.
 //
 //   root --LINK_PARENT--> OBJ_DRIVE "Z:" --LINK_PARENT--> OBJ_FILE (folders, files, links)
+//        --LINK_PARENT--> OBJ_HIVE "HKLM" --LINK_PARENT--> OBJ_KEY --LINK_PARENT--> OBJ_VALUE
 //
 // Objects and links are all persistent. Every object but the root has at least one
 // link, so that no reader drops it. OBJ_FILE objects carry a FileData block; their
@@ -13,6 +14,11 @@
 //
 // A PE file has a LINK_NEEDS or LINK_DELAYED to an OBJ_VFILE for each name it imports
 // from; which file that is depends on who asks, so CQVUObject::Resolve is for asking.
+//
+// Keys have no data. A value's block begins with a ValueHead, and what the registry stores for
+// it follows, cut to LONGEST_VALUE_DATA bytes. A key's own value, which has no name in the
+// registry, has the name OWN_VALUE here. A value has a LINK_REFERS to each file of the graph
+// that its text names.
 #pragma once
 
 #include <cstdint>
@@ -36,6 +42,7 @@ constexpr std::uint32_t LINK_FOUND_CACHE = 1024;   // in the loader's cache, /et
 constexpr std::uint32_t LINK_FOUND_DEFAULT = 2048; // in a default folder of the loader
 constexpr std::uint32_t LINK_FOUND_DIRECT = 4096;  // needed by a path, not by a bare name
 constexpr std::uint32_t LINK_FOUND_MASK = 0x1f00;
+constexpr std::uint32_t LINK_REFERS = 8192; // registry value -> a file that its text names
 
 // What it takes to run or load a file: the links that a dependency walk follows. A
 // LINK_SYMLINK belongs to it, because libraries are mostly found under such names.
@@ -62,6 +69,7 @@ constexpr TypeName LINK_TYPE_NAMES[] = {
     {LINK_FOUND_CACHE, "found-cache", "found in the loader's cache"},
     {LINK_FOUND_DEFAULT, "found-default", "found in a default folder of the loader"},
     {LINK_FOUND_DIRECT, "found-direct", "needed by a path"},
+    {LINK_REFERS, "refers", "a registry value names that file"},
 };
 
 // The one object type beyond the library's own: the text of an ELF run path, folders
@@ -102,6 +110,14 @@ constexpr std::uint32_t FLAG_NODEFLIB = 0x80;   // ELF: no default folders (DF_1
 constexpr unsigned FLAG_MACHINE_SHIFT = 8;      // e_machine, or the machine of a COFF header
 constexpr std::uint32_t FLAG_MACHINE_MASK = 0xffff00;
 constexpr std::uint32_t FLAG_PROGRAM_MASK = FLAG_ELF | FLAG_PE;
+
+// The data block of an OBJ_VALUE, in front of the data as the registry stores them.
+struct ValueHead {
+    std::uint32_t type; // as the registry numbers it: 1 a text, 4 a number ...
+    std::uint32_t size; // of all the data in bytes
+};
+constexpr std::size_t LONGEST_VALUE_DATA = 1024;
+constexpr const char *OWN_VALUE = "@"; // as registration files call it
 
 enum class FileKind { none, folder, file, symlink, special };
 

@@ -60,17 +60,22 @@ private:
     std::unordered_set<std::uint32_t> m_tried;
 };
 
+// A key may hold a key and a value of one name: the key comes first.
 CQVUObject *ChildNamed(CQVUDatabase &database, CQVUObject const &folder, std::string const &name) {
-    CQVUObject *alike = nullptr;
+    CQVUObject *best = nullptr;
+    int bestRank = 0;
     for (Edge const &edge : LinksFrom(database, folder, LINK_PARENT)) {
-        if (NameOf(*edge.other) == name) {
-            return edge.other;
+        bool const isExact = NameOf(*edge.other) == name;
+        if (!isExact && !EqualNames(NameOf(*edge.other), name)) {
+            continue;
         }
-        if (!alike && EqualNames(NameOf(*edge.other), name)) {
-            alike = edge.other;
+        int const rank = (TypeOf(*edge.other) == OBJ_VALUE ? 1 : 3) + (isExact ? 1 : 0);
+        if (rank > bestRank) {
+            best = edge.other;
+            bestRank = rank;
         }
     }
-    return alike;
+    return best;
 }
 
 CQVUObject *WalkDown(CQVUDatabase &database, Place const &place) {
@@ -139,6 +144,10 @@ bool IsFolder(CQVUObject &object) {
     return TypeOf(object) == OBJ_DRIVE || KindOf(&object) == FileKind::folder;
 }
 
+bool IsInRegistry(CQVUObject const &object) {
+    return (TypeOf(object) & (OBJ_HIVE | OBJ_KEY | OBJ_VALUE)) != 0;
+}
+
 std::optional<Place> PlaceOf(CQVUDatabase &database, CQVUObject &object) {
     Climb climb(database);
     return climb.From(object) ? std::optional<Place>(climb.Result()) : std::nullopt;
@@ -157,7 +166,8 @@ std::string FolderOf(CQVUDatabase &database, CQVUObject &object) {
 
 CQVUObject *FindAt(CQVUDatabase &database, Place const &place) {
     CQVUObject *const object = database.GetObjectByPath(DatabasePath(place).c_str());
-    return object && PlaceOf(database, *object) == place ? object : WalkDown(database, place);
+    bool const isIt = object && TypeOf(*object) != OBJ_VALUE && PlaceOf(database, *object) == place;
+    return isIt ? object : WalkDown(database, place);
 }
 
 CQVUObject *FollowLinks(CQVUDatabase &database, CQVUObject *object) {

@@ -38,15 +38,18 @@ std::uint32_t TypeOf(CQVUObject const &object);
 std::uint32_t TypeOf(CQVULink const &link);
 std::optional<FileData> FileDataOf(CQVUObject &object);
 bool IsFolder(CQVUObject &object); // a folder or a drive
+// In the registry's tree: a hive, key or value.
+bool IsInRegistry(CQVUObject const &object);
 
-// The object's place in the file tree; nothing for names, the root object and objects
-// that have lost their way to a drive.
+// The object's place in its tree; nothing for names, the root object and objects that have
+// lost their way to a drive or hive.
 std::optional<Place> PlaceOf(CQVUDatabase &database, CQVUObject &object);
 // The place of the folder that the object lies in, as a text that CQVUObject::Resolve takes; the
 // drive for an object straight below it. Empty without a place.
 std::string FolderOf(CQVUDatabase &database, CQVUObject &object);
 
-// The object at a place. Case matters only between names that differ in nothing else.
+// The object at a place. Case matters only between names that differ in nothing else, and a
+// key comes before a value of its name.
 // Symbolic links among the folders are followed, the last name isn't. Null if there is
 // none.
 CQVUObject *FindAt(CQVUDatabase &database, Place const &place);

@@ -21,6 +21,7 @@ enum class Rule {
     systemFolder,  // PE: in a folder of the system
     loaded,        // ELF: under this name another file of the program has loaded it before
     symlink,       // the target of a symbolic link
+    value,         // a registry value names it
     linked,        // linked by a client of the database that told no rule
     missing,       // nothing provides it
 };

@@ -24,6 +24,18 @@ void AppendComponents(std::vector<std::string> &names, std::string_view text,
     }
 }
 
+struct RootName {
+    const char *brief;
+    const char *whole;
+};
+
+constexpr RootName RootNames[] = {
+    {"HKLM", "HKEY_LOCAL_MACHINE"}, {"HKCU", "HKEY_CURRENT_USER"},   {"HKCR", "HKEY_CLASSES_ROOT"},
+    {"HKU", "HKEY_USERS"},          {"HKCC", "HKEY_CURRENT_CONFIG"},
+};
+
+bool IsDrive(std::string_view name) { return name.size() == 2 && name[1] == ':'; }
+
 std::vector<std::string> RootedComponents(std::string_view path, std::string_view current) {
     std::vector<std::string> names;
     if (path.empty() || path.front() != '/') {
@@ -60,6 +72,31 @@ std::optional<Place> ParseDatabasePath(std::string_view text) {
 
 std::string DatabasePath(Place const &place) { return Join(place.drive, place.names, '\\'); }
 
+bool IsKeyPlace(Place const &place) { return !IsDrive(place.drive); }
+
+std::optional<Place> ParseKeyPath(std::string_view text, RootCase rootCase) {
+    std::size_t const end = std::min(text.find('\\'), text.size());
+    std::string_view const root = text.substr(0, end);
+    for (RootName const &name : RootNames) {
+        bool const isRoot = rootCase == RootCase::any
+                                ? EqualNames(root, name.brief) || EqualNames(root, name.whole)
+                                : root == name.brief || root == name.whole;
+        if (isRoot) {
+            Place place{name.brief, {}};
+            for (text.remove_prefix(end); !text.empty();) {
+                text.remove_prefix(1);
+                std::string_view const key = text.substr(0, text.find('\\'));
+                if (!key.empty()) {
+                    place.names.emplace_back(key);
+                }
+                text.remove_prefix(key.size());
+            }
+            return place;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<Place> ParseRootedPath(std::string_view path, std::string_view current,
                                      Drives const &drives) {
     std::vector<std::string> const names = RootedComponents(path, current);
@@ -76,7 +113,7 @@ std::optional<Place> ParseRootedPath(std::string_view path, std::string_view cur
 }
 
 std::optional<std::string> RootedPath(Place const &place, Drives const &drives) {
-    auto const drive = drives.find(place.drive.empty() ? '\0' : place.drive.front());
+    auto const drive = drives.find(IsDrive(place.drive) ? place.drive.front() : '\0');
     if (drive == drives.end()) {
         return std::nullopt;
     }

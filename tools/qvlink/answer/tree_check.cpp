@@ -132,7 +132,7 @@ private:
         return place;
     }
 
-    // The same name twice at one place, letter by letter.
+    // The same name twice at one place, letter by letter. A key and a value may share one.
     void CheckNames() {
         std::unordered_map<std::string, std::uint32_t> seen;
         for (std::size_t i = 0; i < m_image.objects.size(); ++i) {
@@ -142,7 +142,8 @@ private:
                 continue;
             }
             std::string place = isTop ? "t" + std::to_string(object.type & ~PERSISTENT_BIT)
-                                      : std::to_string(m_image.objects[m_places[i].parent].id);
+                                      : std::to_string(m_image.objects[m_places[i].parent].id) +
+                                            (object.type & OBJ_VALUE ? "v" : "");
             std::string const name = isTop ? FoldName(object.name) : std::string(object.name);
             auto const [first, isNew] = seen.emplace(place.append("\\").append(name), object.id);
             if (!isNew) {

@@ -93,7 +93,10 @@ CQVUObject &CommandSession::Find(std::string const &path) {
     for (std::string const &other : alike) {
         message += "\nThere is " + other;
     }
-    message += alike.empty() ? "\nRun `qvlink scan` on its folder to put it there." : "";
+    if (alike.empty()) {
+        message += ParseKeyPath(path) ? "\nRun `qvlink scan --registry` on its key to put it there."
+                                      : "\nRun `qvlink scan` on its folder to put it there.";
+    }
     throw NothingFound(message);
 }
 

@@ -39,6 +39,9 @@ std::string Names::FolderPathOf(CQVUObject &object) const {
 }
 
 CQVUObject *Names::FindPath(std::string const &text) const {
+    if (std::optional<Place> const key = ParseKeyPath(text)) {
+        return FindAt(m_database, *key);
+    }
     std::optional<Place> const place =
         m_databasePaths ? ParseDatabasePath(text) : PlaceOfHostPath(text);
     CQVUObject *const object = place ? FindAt(m_database, *place) : nullptr;
@@ -66,7 +69,8 @@ std::vector<std::string> Names::Alike(std::string const &text, std::size_t most)
         name.find_first_of("*?") != std::string::npos) {
         return alike;
     }
-    for (CQVUObject *const object : FindObjects(m_database, name, OBJ_FILE | OBJ_PINNED)) {
+    std::uint32_t const types = ParseKeyPath(text) ? OBJ_KEY | OBJ_VALUE : OBJ_FILE | OBJ_PINNED;
+    for (CQVUObject *const object : FindObjects(m_database, name, types)) {
         if (alike.size() < most) {
             alike.push_back(Of(*object));
         }
@@ -132,6 +136,8 @@ const char *RuleWord(Rule rule) {
         return "loaded";
     case Rule::symlink:
         return "symlink";
+    case Rule::value:
+        return "value";
     case Rule::missing:
         return "missing";
     case Rule::linked:
@@ -162,6 +168,8 @@ std::string RuleText(Need const &need) {
         return "loaded before, for another file of the program";
     case Rule::symlink:
         return "what the symbolic link names";
+    case Rule::value:
+        return "named by the registry value";
     case Rule::missing:
         return need.linkType == LINK_MISSING
                    ? "the loader's search found no such library"

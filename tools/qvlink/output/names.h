@@ -21,7 +21,7 @@ public:
     std::string FolderPathOf(CQVUObject &object) const; // empty without a place
     // The object that a path or a bare name on the command line means, or null.
     CQVUObject *Find(std::string const &text) const;
-    // Up to `most` paths of files that bear the last name of `text`.
+    // Up to `most` paths of files, or keys and values, that bear the last name of `text`.
     std::vector<std::string> Alike(std::string const &text, std::size_t most) const;
 
     CQVUDatabase &Database() const { return m_database; }

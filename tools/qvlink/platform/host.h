@@ -49,5 +49,7 @@ std::optional<std::uint64_t> FileSize(std::string const &path);
 // A text in the system's code page as UTF-8. Bytes without meaning there are kept on
 // hosts whose names are bytes.
 std::string ToUtf8(std::string_view text);
+// The other way; `lossless` becomes false if the code page can't hold the text.
+std::string FromUtf8(std::string_view text, bool &lossless);
 
 } // namespace qvlink

@@ -6,6 +6,7 @@
 
 #include "platform/host.h"
 #include "platform/walk.h"
+#include "scan/key_walker.h"
 #include "scan/program_links.h"
 #include "scan/session.h"
 #include "scan/walker.h"
@@ -99,6 +100,11 @@ ScanSummary Scan(CQVUDatabase &database, ScanOptions const &options, ScanObserve
     programs.emplace(session);
     Walker walker(session, *programs, CanonicalOrEmpty(options.databaseFolder));
 
+    std::optional<KeyWalker> keys;
+    if (!options.keys.empty()) {
+        keys.emplace(session, *options.registry);
+        keys->Find(options.keys);
+    }
     for (std::string const &path : roots.absent) {
         if (!walker.Forget(path)) {
             throw ScanError("there is no " + path + ", neither on the disk nor in the database");
@@ -112,6 +118,9 @@ ScanSummary Scan(CQVUDatabase &database, ScanOptions const &options, ScanObserve
     walker.LinkSymlinks(lost);
     walker.RemoveLost(lost);
     programs->RemoveOrphans();
+    if (keys) {
+        keys->Scan();
+    }
 
     changed = tree.Changed();
     session.summary.seconds =

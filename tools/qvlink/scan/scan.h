@@ -1,4 +1,4 @@
-// Scanning: brings the graph in line with what lies on the disk.
+// Scanning: brings the graph in line with what lies on the disk and in the registry.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,8 @@
 
 namespace qvlink {
 
+class Registry;
+
 struct ScanOptions {
     // Files and folders as the host writes them. Symbolic links in them are followed; one
     // at the end of a path is scanned itself, and what it leads to as well. A path that is
@@ -17,6 +19,10 @@ struct ScanOptions {
     std::vector<std::string> paths;
     // The database's own folder, if there is one: its files are left out of the graph.
     std::string databaseFolder;
+    // Keys, "HKLM\\Software", their roots by short or long names in any case. One that is no
+    // more, but in the graph, is taken out of it. They are scanned after the paths.
+    std::vector<std::string> keys;
+    Registry *registry = nullptr; // where the keys are; not null if there are any
 };
 
 // What a scan saw and did. A symbolic link, a folder and a special file count as what
@@ -32,13 +38,17 @@ struct ScanSummary {
     std::uint64_t needs = 0;   // needs of all these programs
     std::uint64_t missing = 0; // those of them that the loader's search did not find
 
-    std::uint64_t added = 0;     // objects of the tree
-    std::uint64_t changed = 0;   // objects of the tree with other size, time or attributes
-    std::uint64_t unchanged = 0; // objects of the tree as they were
-    std::uint64_t removed = 0;   // objects of the tree that are no more
+    std::uint64_t keys = 0;
+    std::uint64_t values = 0;
+    std::uint64_t references = 0; // files of the graph that values name, each once for a value
+
+    std::uint64_t added = 0;     // objects of the trees
+    std::uint64_t changed = 0;   // objects with other size, time, attributes, data or spelling
+    std::uint64_t unchanged = 0; // objects as they were
+    std::uint64_t removed = 0;   // objects that are no more
     std::uint64_t read = 0;      // files opened in this scan
 
-    std::uint64_t unreadable = 0;      // files and folders that couldn't be read
+    std::uint64_t unreadable = 0;      // files, folders and keys that couldn't be read
     std::uint64_t malformed = 0;       // programs whose tables make no sense
     std::uint64_t unrepresentable = 0; // names and paths that the database can't hold
 
@@ -54,9 +64,9 @@ enum class ScanProblem { unreadable, malformed, unrepresentable };
 class ScanObserver {
 public:
     virtual ~ScanObserver() = default;
-    // A folder was done. `soFar` has what was seen up to now.
+    // A folder or key was done. `soFar` has what was seen up to now.
     virtual void Progress(std::string const &folder, ScanSummary const &soFar) = 0;
-    // Something was passed over; `path` is the host's, `why` a short text.
+    // Something was passed over; `path` is the host's, or a key's; `why` a short text.
     virtual void Problem(ScanProblem problem, std::string const &path, std::string const &why) = 0;
 };
 

@@ -178,7 +178,7 @@ void Walker::RemoveLost(std::vector<std::uint32_t> &lost) {
             static_cast<CQVUObject *>(m_session.database.LookupObject(lost.back()));
         lost.pop_back();
         if (!object || TypeOf(*object) != OBJ_FILE || Visited(*object) ||
-            !LinksTo(m_session.database, *object, AnyLink & ~LINK_PARENT).empty() ||
+            !LinksTo(m_session.database, *object, AnyLink & ~(LINK_PARENT | LINK_REFERS)).empty() ||
             !IsGone(HostPathOf(m_session.database, *object))) {
             continue;
         }

@@ -95,4 +95,9 @@ std::optional<std::uint64_t> FileSize(std::string const &path) {
 
 std::string ToUtf8(std::string_view text) { return std::string(text); }
 
+std::string FromUtf8(std::string_view text, bool &lossless) {
+    lossless = true;
+    return std::string(text);
+}
+
 } // namespace qvlink

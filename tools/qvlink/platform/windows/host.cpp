@@ -44,7 +44,8 @@ std::optional<Place> PlaceOfHostPath(std::string const &path) {
 }
 
 std::string HostPath(Place const &place) {
-    return place.names.empty() ? place.drive + '\\' : DatabasePath(place);
+    bool const isDrive = place.names.empty() && !IsKeyPlace(place);
+    return isDrive ? place.drive + '\\' : DatabasePath(place);
 }
 
 std::optional<std::string> PathThroughLinks(std::string const &) { return std::nullopt; }
@@ -105,6 +106,14 @@ std::string ToUtf8(std::string_view text) {
         ::WideCharToMultiByte(CP_UTF8, 0, wide.data(), units, result.data(),
                               static_cast<int>(result.size()), nullptr, nullptr)));
     return result;
+}
+
+std::string FromUtf8(std::string_view text, bool &lossless) {
+    int const size = static_cast<int>(text.size());
+    std::wstring wide(text.size(), L'\0');
+    int const units = ::MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(units));
+    return FromWide(wide, lossless);
 }
 
 } // namespace qvlink
