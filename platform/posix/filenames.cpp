@@ -1,3 +1,4 @@
+#include "platform/posix/attributes.h"
 #include "platform/posix/errors.h"
 #include "platform/posix/filelock.h"
 #include "platform/posix/paths.h"
@@ -9,18 +10,19 @@
 #include <unistd.h>
 
 namespace platform {
-namespace {
 
-DWORD AttributesOf(struct stat const &entry) {
-    DWORD const attributes = (S_ISDIR(entry.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : 0) |
-                             ((entry.st_mode & S_IWUSR) == 0 ? FILE_ATTRIBUTE_READONLY : 0);
+DWORD AttributesOf(unsigned mode) {
+    DWORD const attributes = (S_ISDIR(mode) ? FILE_ATTRIBUTE_DIRECTORY : 0) |
+                             ((mode & S_IWUSR) == 0 ? FILE_ATTRIBUTE_READONLY : 0);
     return attributes ? attributes : FILE_ATTRIBUTE_NORMAL;
 }
+
+namespace {
 
 // The attributes behind a path, in a form that a missing entry has too: 0.
 DWORD AttributesAt(std::string const &hostPath) {
     struct stat entry {};
-    return stat(hostPath.c_str(), &entry) == 0 ? AttributesOf(entry) : 0;
+    return stat(hostPath.c_str(), &entry) == 0 ? AttributesOf(entry.st_mode) : 0;
 }
 
 // The names in a folder reach the disk. A file system that can't sync a folder has
@@ -103,7 +105,7 @@ BOOL Delete(std::string const &hostPath) {
     if (lstat(hostPath.c_str(), &entry) != 0)
         return Fail(FailedOn(hostPath, errno, Operation::Delete));
     bool const isLink = S_ISLNK(entry.st_mode);
-    if (!isLink && AttributesOf(entry) != FILE_ATTRIBUTE_NORMAL)
+    if (!isLink && AttributesOf(entry.st_mode) != FILE_ATTRIBUTE_NORMAL)
         return Fail(ERROR_ACCESS_DENIED);
     NameChange const change(hostPath);
     if (!change.Allowed())
@@ -125,7 +127,7 @@ DWORD GetFileAttributesA(const char *path) {
         if (!platform::HostPath(path, hostPath))
             return INVALID_FILE_ATTRIBUTES;
         if (stat(hostPath.c_str(), &entry) == 0)
-            return platform::AttributesOf(entry);
+            return platform::AttributesOf(entry.st_mode);
         platform::Fail(platform::FailedOn(hostPath, errno, platform::Operation::Attributes));
         return INVALID_FILE_ATTRIBUTES;
     });

@@ -44,6 +44,8 @@ bool MakeSlab() {
 void CloseLeftOpen(Slot &slot, std::uint64_t) {
     if (KindOf(slot.state.load(std::memory_order_relaxed)) == Kind::File)
         close(slot.descriptor);
+    else if (KindOf(slot.state.load(std::memory_order_relaxed)) == Kind::Search)
+        DropSearch(slot);
 }
 
 void FinishFile(Slot *slot, std::uint64_t generation) {

@@ -17,7 +17,8 @@ enum class Kind : std::uint64_t {
     Mutex,
     File,
     Draining, // a file whose handle is closed while calls on it are under way
-    Token
+    Token,
+    Search
 };
 
 // One word tells all that may change while the handle is in use: from the low end the
@@ -42,6 +43,7 @@ struct alignas(64) Slot {
     DWORD access = 0;    // of a file: GENERIC_READ and GENERIC_WRITE as granted
     std::uint64_t index = 0;
     Slot *nextFree = nullptr;
+    struct Search *search = nullptr;
 };
 
 constexpr std::uint64_t Identity(Kind kind, std::uint64_t generation) {
@@ -81,6 +83,9 @@ void ReleaseHandles();
 bool CloseMutex(Slot *slot, std::uint64_t generation);
 bool CloseFile(Slot *slot, std::uint64_t generation);
 bool CloseToken(Slot *slot, std::uint64_t generation);
+bool CloseSearch(Slot *slot, std::uint64_t generation);
+// Frees what a search holds, for the time when the library is unloaded.
+void DropSearch(Slot &slot);
 
 // Keeps a file open for the length of one call.
 class FileUse {

@@ -15,19 +15,11 @@
 namespace platform {
 namespace {
 
-bool IsSeparator(char c) { return c == '\\' || c == '/'; }
-
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
 
 bool Exists(std::string const &hostPath) {
     struct stat entry {};
     return lstat(hostPath.c_str(), &entry) == 0;
-}
-
-std::string Joined(std::string const &folder, std::string const &name) {
-    return !folder.empty() && folder.back() == '/' ? folder + name : folder + '/' + name;
 }
 
 // No name on a drive has these; the colon is good behind a drive's letter only.
@@ -36,12 +28,6 @@ bool HasForbiddenCharacter(const char *text) {
         if (static_cast<unsigned char>(*text) < ' ' || std::strchr("<>:\"|?*", *text))
             return true;
     return false;
-}
-
-std::string Resolved(std::string const &hostPath) {
-    std::unique_ptr<char, void (*)(void *)> const real(realpath(hostPath.c_str(), nullptr),
-                                                       std::free);
-    return real ? std::string(real.get()) : std::string();
 }
 
 std::string CurrentDirectory() {
@@ -65,7 +51,7 @@ char DriveOf(std::string const &hostPath, std::string &rest) {
     std::size_t longest = 0;
     auto const settings = SettingsNow();
     for (auto const &[letter, directory] : settings->drives) {
-        for (std::string const &folder : {directory, Resolved(directory)}) {
+        for (std::string const &folder : {directory, RealPath(directory)}) {
             std::string below;
             if (folder.size() <= longest || !Below(folder, hostPath, below))
                 continue;
@@ -119,6 +105,20 @@ BOOL CurrentDrivePathToHost(const char *text, std::string &hostPath) {
 }
 
 } // namespace
+
+bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+
+bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+std::string Joined(std::string const &folder, std::string const &name) {
+    return !folder.empty() && folder.back() == '/' ? folder + name : folder + '/' + name;
+}
+
+std::string RealPath(std::string const &hostPath) {
+    std::unique_ptr<char, void (*)(void *)> const real(realpath(hostPath.c_str(), nullptr),
+                                                       std::free);
+    return real ? std::string(real.get()) : std::string();
+}
 
 bool SameName(std::string const &left, std::string const &right) {
     return left.size() == right.size() &&

@@ -24,6 +24,17 @@ std::string DrivePath(std::string const &hostPath);
 // path that such an entry would have.
 std::string FindEntry(std::string const &folder, std::string const &name);
 
+// A name in a folder of the host.
+std::string Joined(std::string const &folder, std::string const &name);
+
+// The path without links and dots; empty if it leads nowhere.
+std::string RealPath(std::string const &hostPath);
+
+// Either slash.
+bool IsSeparator(char c);
+// Of ASCII, as drives have.
+bool IsLetter(char c);
+
 // The folder that holds a path of the host.
 std::string ParentOf(std::string const &hostPath);
 

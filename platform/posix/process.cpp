@@ -1,4 +1,5 @@
 #include "platform/posix/errors.h"
+#include "platform/posix/filetime.h"
 #include "platform/winapi.h"
 
 #include <cstdint>
@@ -13,7 +14,9 @@
 namespace win::host {
 namespace {
 
-constexpr std::uint64_t unitsASecond = 10000000; // a FILETIME counts 100 ns
+using platform::FileTime;
+
+constexpr std::uint64_t unitsASecond = platform::fileTimeUnitsASecond;
 
 std::string ReadSmallFile(const char *path) {
     char text[4096];
@@ -67,11 +70,7 @@ bool CreationTime(std::uint64_t &time) {
     return true;
 }
 
-FILETIME FileTime(std::uint64_t units) {
-    return {static_cast<DWORD>(units), static_cast<DWORD>(units >> 32)};
-}
-
-FILETIME FileTime(timeval const &time) {
+FILETIME Duration(timeval const &time) {
     return FileTime(static_cast<std::uint64_t>(time.tv_sec) * unitsASecond +
                     static_cast<std::uint64_t>(time.tv_usec) * 10);
 }
@@ -95,8 +94,8 @@ BOOL GetProcessTimes(HANDLE process, FILETIME *creation, FILETIME *exit, FILETIM
             return platform::Fail(ERROR_GEN_FAILURE);
         *creation = FileTime(created);
         *exit = FileTime(std::uint64_t{0});
-        *kernel = FileTime(usage.ru_stime);
-        *user = FileTime(usage.ru_utime);
+        *kernel = Duration(usage.ru_stime);
+        *user = Duration(usage.ru_utime);
         return TRUE;
     });
 }

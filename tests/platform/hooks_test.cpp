@@ -102,6 +102,16 @@ TEST_F(Hooks, make_every_service_fail_in_its_own_way) {
                 !win::SetFileAttributesA(At("x").c_str(), FILE_ATTRIBUTE_NORMAL));
     EXPECT_TRUE(failing("DeleteFileA") && !win::DeleteFileA(At("x").c_str()));
     EXPECT_TRUE(failing("MoveFileExA") && !win::MoveFileExA(At("x").c_str(), At("y").c_str(), 0));
+    WIN32_FIND_DATAA found;
+    count = sizeof buffer;
+    EXPECT_TRUE(failing("FindFirstFileA") &&
+                win::FindFirstFileA(At("x").c_str(), &found) == INVALID_HANDLE_VALUE);
+    EXPECT_EQ(At("x"), m_script.seen.back().path);
+    EXPECT_TRUE(failing("FindClose") && !win::FindClose(nullptr));
+    EXPECT_TRUE(failing("GetCurrentDirectoryA") && !win::GetCurrentDirectoryA(10, buffer));
+    EXPECT_TRUE(failing("SetCurrentDirectoryA") && !win::SetCurrentDirectoryA("."));
+    EXPECT_TRUE(failing("GetComputerNameA") && !win::GetComputerNameA(buffer, &count));
+    EXPECT_EQ(sizeof buffer, count);
     EXPECT_TRUE(failing("GetSystemDirectoryA") && !win::GetSystemDirectoryA(buffer, 10));
     EXPECT_TRUE(failing("GetWindowsDirectoryA") && !win::GetWindowsDirectoryA(buffer, 10));
     EXPECT_TRUE(failing("GetVersionExA") && !win::GetVersionExA(&version));

@@ -15,7 +15,7 @@ unsigned short const wideText[] = {'a', ' ', 't', 'e', 'x', 't',  ' ', 't', 'h',
 // Fails each of the work's allocations in turn. The work's result is 0 or null for a failure.
 template <class Work> void ExpectEachFailsWith8(Work work) {
     work(); // what is made once for all is made here
-    for (std::uint64_t number = 1; number < 100; ++number) {
+    for (std::uint64_t number = 1; number < 2000; ++number) {
         std::size_t const before = AllocationWatch::LiveBlocks();
         AllocationWatch const watch(Fail::One, number);
         win::SetLastError(0);
@@ -82,4 +82,24 @@ TEST(WithoutMemory, groups_arent_told_and_sids_arent_made) {
         win::FreeSid(sid);
         return made;
     });
+}
+
+TEST(WithoutMemory, searches_find_nothing) {
+    for (const char *mask : {"/proc/self/ns/u*", "/proc/self/status", "/proc/self/ns/."})
+        ExpectEachFailsWith8([mask]() -> HANDLE {
+            WIN32_FIND_DATAA found;
+            HANDLE const search = win::FindFirstFileA(mask, &found);
+            if (search == INVALID_HANDLE_VALUE)
+                return nullptr;
+            win::FindClose(search);
+            return search;
+        });
+}
+
+TEST(WithoutMemory, the_current_directory_isnt_told_and_stays) {
+    ExpectEachFailsWith8([] {
+        char buffer[300];
+        return win::GetCurrentDirectoryA(sizeof buffer, buffer);
+    });
+    ExpectEachFailsWith8([] { return win::SetCurrentDirectoryA(".\\.\\.\\.\\.\\.\\.\\."); });
 }

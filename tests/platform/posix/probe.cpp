@@ -11,14 +11,16 @@ __attribute__((visibility("default"))) unsigned long long ProbeCreation() {
     return static_cast<unsigned long long>(creation.dwHighDateTime) << 32 | creation.dwLowDateTime;
 }
 
-// Leaves mutexes, one of them owned, a token, a message and an open file behind.
+// Leaves mutexes, one of them owned, a token, a message, a search and an open file behind.
 __attribute__((visibility("default"))) int ProbeLeave(const char *file) {
     for (int i = 0; i < 200; ++i)
         if (!win::CreateMutexA(nullptr, i == 0, nullptr))
             return 0;
     HANDLE token = nullptr;
     char *message = nullptr;
-    if (!win::OpenProcessToken(win::GetCurrentProcess(), TOKEN_QUERY, &token) ||
+    WIN32_FIND_DATAA found;
+    if (win::FindFirstFileA("/dev/*", &found) == INVALID_HANDLE_VALUE ||
+        !win::OpenProcessToken(win::GetCurrentProcess(), TOKEN_QUERY, &token) ||
         !win::FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr,
                              ERROR_FILE_NOT_FOUND, 1024, reinterpret_cast<char *>(&message), 0,
                              nullptr))
