@@ -38,6 +38,8 @@ public:
     // the object goes before; where it can't, each is made at once.
     virtual std::uint32_t Begin() = 0;
     virtual std::uint32_t Commit() = 0;
+    // Undoes what can be undone since Begin.
+    virtual void Rollback() {}
 };
 
 // The registry in use: the system's own, or that of the prefix.
