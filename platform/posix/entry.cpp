@@ -2,6 +2,7 @@
 // Windows.
 
 #include "platform/posix/handles.h"
+#include "platform/posix/keys.h"
 #include "platform/posix/localmemory.h"
 #include "platform/posix/modules.h"
 #include "platform/posix/settings.h"
@@ -48,6 +49,7 @@ public:
             return;
         ReleaseThreads();
         ReleaseHandles();
+        ReleaseRegistry();
         ReleaseLocalMemory();
         ReleaseSettings();
         ReleaseWide();

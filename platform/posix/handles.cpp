@@ -46,10 +46,15 @@ void CloseLeftOpen(Slot &slot, std::uint64_t) {
         close(slot.descriptor);
     else if (KindOf(slot.state.load(std::memory_order_relaxed)) == Kind::Search)
         DropSearch(slot);
+    else if (KindOf(slot.state.load(std::memory_order_relaxed)) == Kind::Key)
+        DropKey(slot);
 }
 
-void FinishFile(Slot *slot, std::uint64_t generation) {
-    close(slot->descriptor);
+void Finish(Slot *slot, std::uint64_t generation) {
+    if (slot->key)
+        DropKey(*slot);
+    else
+        close(slot->descriptor);
     slot->state.store(Identity(Kind::Free, generation), std::memory_order_release);
     GiveBack(slot);
 }
@@ -58,7 +63,22 @@ void Leave(Slot *slot) {
     std::uint64_t const left =
         slot->state.fetch_sub(countOne, std::memory_order_acq_rel) - countOne;
     if (KindOf(left) == Kind::Draining && (left & countMask) == 0)
-        FinishFile(slot, GenerationOf(left));
+        Finish(slot, GenerationOf(left));
+}
+
+// Closes what calls may be under way on; the last of them does the rest.
+bool CloseUsed(Slot *slot, Kind kind, std::uint64_t generation) {
+    std::uint64_t const identity = Identity(kind, generation);
+    std::uint64_t state = slot->state.load(std::memory_order_relaxed);
+    std::uint64_t next = 0;
+    do {
+        if ((state & identityMask) != identity)
+            return false;
+        next = Identity(Kind::Draining, generation + 1) | (state & countMask);
+    } while (!slot->state.compare_exchange_weak(state, next, std::memory_order_acq_rel));
+    if ((next & countMask) == 0)
+        Finish(slot, generation + 1);
+    return true;
 }
 
 } // namespace
@@ -117,40 +137,41 @@ void ReleaseHandles() {
 }
 
 bool CloseFile(Slot *slot, std::uint64_t generation) {
-    std::uint64_t const identity = Identity(Kind::File, generation);
-    std::uint64_t state = slot->state.load(std::memory_order_relaxed);
-    std::uint64_t next = 0;
-    do {
-        if ((state & identityMask) != identity)
-            return false;
-        next = Identity(Kind::Draining, generation + 1) | (state & countMask);
-    } while (!slot->state.compare_exchange_weak(state, next, std::memory_order_acq_rel));
-    if ((next & countMask) == 0)
-        FinishFile(slot, generation + 1);
-    return true;
+    return CloseUsed(slot, Kind::File, generation);
 }
 
-FileUse::FileUse(HANDLE handle, DWORD access) : m_slot(FindSlot(handle)) {
-    std::uint64_t const identity = Identity(Kind::File, GenerationOf(handle));
+bool CloseKey(Slot *slot, std::uint64_t generation) {
+    return CloseUsed(slot, Kind::Key, generation);
+}
+
+bool IsOpen(HANDLE handle) {
+    Slot const *const slot = FindSlot(handle);
+    std::uint64_t const state = slot ? slot->state.load(std::memory_order_acquire) : 0;
+    return KindOf(state) != Kind::Free && KindOf(state) != Kind::Draining &&
+           GenerationOf(state) == GenerationOf(handle);
+}
+
+SlotUse::SlotUse(HANDLE handle, Kind kind) : m_slot(FindSlot(handle)) {
+    std::uint64_t const identity = Identity(kind, GenerationOf(handle));
     std::uint64_t state = m_slot ? m_slot->state.load(std::memory_order_relaxed) : 0;
     do {
         if (!m_slot || (state & identityMask) != identity) {
             m_slot = nullptr;
-            win::SetLastError(ERROR_INVALID_HANDLE);
             return;
         }
     } while (
         !m_slot->state.compare_exchange_weak(state, state + countOne, std::memory_order_acq_rel));
-    if ((m_slot->access & access) == access)
-        return;
-    Leave(m_slot);
-    m_slot = nullptr;
-    win::SetLastError(ERROR_ACCESS_DENIED);
 }
 
-FileUse::~FileUse() {
+SlotUse::~SlotUse() {
     if (m_slot)
         Leave(m_slot);
+}
+
+FileUse::FileUse(HANDLE handle, DWORD access)
+    : m_use(handle, Kind::File), m_granted(m_use && (m_use.Get()->access & access) == access) {
+    if (!m_granted)
+        win::SetLastError(m_use ? ERROR_ACCESS_DENIED : ERROR_INVALID_HANDLE);
 }
 
 } // namespace platform
@@ -165,7 +186,7 @@ BOOL CloseHandle(HANDLE handle) {
     platform::Slot *const slot = platform::FindSlot(handle);
     std::uint64_t const generation = platform::GenerationOf(handle);
     if (slot && (platform::CloseMutex(slot, generation) || platform::CloseFile(slot, generation) ||
-                 platform::CloseToken(slot, generation)))
+                 platform::CloseToken(slot, generation) || platform::CloseKey(slot, generation)))
         return TRUE;
     SetLastError(ERROR_INVALID_HANDLE);
     return FALSE;

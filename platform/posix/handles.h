@@ -16,15 +16,16 @@ enum class Kind : std::uint64_t {
     Free,
     Mutex,
     File,
-    Draining, // a file whose handle is closed while calls on it are under way
+    Draining, // a file or key whose handle is closed while calls on it are under way
     Token,
-    Search
+    Search,
+    Key
 };
 
 // One word tells all that may change while the handle is in use: from the low end the
 // owner (18 bits: a mutex's owning thread), whether threads wait for the mutex, whether its
 // owner died, the kind (4), the generation (18), and the count (22: how often the owner
-// has a mutex, how many calls on a file are under way).
+// has a mutex, how many calls on a file or key are under way).
 constexpr std::uint64_t ownerMask = (std::uint64_t{1} << 18) - 1;
 constexpr std::uint64_t waitersBit = std::uint64_t{1} << 18;
 constexpr std::uint64_t abandonedBit = std::uint64_t{1} << 19;
@@ -44,6 +45,7 @@ struct alignas(64) Slot {
     std::uint64_t index = 0;
     Slot *nextFree = nullptr;
     struct Search *search = nullptr;
+    struct HeldKey *key = nullptr;
 };
 
 constexpr std::uint64_t Identity(Kind kind, std::uint64_t generation) {
@@ -84,23 +86,41 @@ bool CloseMutex(Slot *slot, std::uint64_t generation);
 bool CloseFile(Slot *slot, std::uint64_t generation);
 bool CloseToken(Slot *slot, std::uint64_t generation);
 bool CloseSearch(Slot *slot, std::uint64_t generation);
+bool CloseKey(Slot *slot, std::uint64_t generation);
 // Frees what a search holds, for the time when the library is unloaded.
 void DropSearch(Slot &slot);
 
-// Keeps a file open for the length of one call.
+// Frees what a key holds, and leaves nothing in its place.
+void DropKey(Slot &slot);
+// Whether a handle is open, whatever it names.
+bool IsOpen(HANDLE handle);
+
+// Keeps a file or key open for the length of one call.
+class SlotUse {
+public:
+    SlotUse(HANDLE handle, Kind kind);
+    ~SlotUse();
+    SlotUse(SlotUse const &) = delete;
+    SlotUse &operator=(SlotUse const &) = delete;
+
+    explicit operator bool() const { return m_slot != nullptr; }
+    Slot *Get() const { return m_slot; }
+
+private:
+    Slot *m_slot;
+};
+
 class FileUse {
 public:
     // Fails with ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED if `access` wasn't granted.
     FileUse(HANDLE handle, DWORD access);
-    ~FileUse();
-    FileUse(FileUse const &) = delete;
-    FileUse &operator=(FileUse const &) = delete;
 
-    explicit operator bool() const { return m_slot != nullptr; }
-    int Descriptor() const { return m_slot->descriptor; }
+    explicit operator bool() const { return m_granted; }
+    int Descriptor() const { return m_use.Get()->descriptor; }
 
 private:
-    Slot *m_slot;
+    SlotUse m_use;
+    bool m_granted;
 };
 
 } // namespace platform
