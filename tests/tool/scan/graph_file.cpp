@@ -19,7 +19,7 @@ std::string PathOf(std::uint32_t id, ById const &objects, Parents const &parents
         image::Object const &object = *at->second;
         path.insert(0, path.empty() ? object.name : object.name + '\\');
         auto const parent = parents.find(object.id);
-        if ((object.type & typeMask) == OBJ_DRIVE || parent == parents.end()) {
+        if ((object.type & (OBJ_DRIVE | OBJ_HIVE)) || parent == parents.end()) {
             break;
         }
         at = objects.find(parent->second);
@@ -36,6 +36,14 @@ std::string KeyOf(image::Object const &object, std::string const &top, ById cons
         return "runpath:" + (object.data.empty()
                                  ? object.name
                                  : std::string(object.data.begin(), object.data.end()));
+    case OBJ_HIVE:
+    case OBJ_KEY:
+        return PathOf(object.id, objects, parents);
+    case OBJ_VALUE: {
+        std::string path = PathOf(object.id, objects, parents);
+        path[path.size() - object.name.size() - 1] = ':';
+        return path;
+    }
     case OBJ_FILE: {
         std::string path = PathOf(object.id, objects, parents);
         if (path == top) {

@@ -8,7 +8,8 @@
 #include <string>
 
 // Objects by their path below a folder ("" for the folder itself, "sub/file"), names and run
-// paths by "name:TEXT" and "runpath:TEXT", all else by "other:ID". Links as
+// paths by "name:TEXT" and "runpath:TEXT", hives and keys by their path ("HKLM\a"), values by
+// that of their key and "HKLM\a:NAME", all else by "other:ID". Links as
 // "SOURCE -TYPE-> TARGET", parent links apart.
 struct GraphFile {
     std::map<std::string, image::Object> objects;

@@ -41,6 +41,18 @@ qvlink::ScanSummary ScanTest::Scan(std::vector<std::string> const &names) {
     return qvlink::ScanInto(Database(), options, m_observer);
 }
 
+qvlink::ScanSummary ScanTest::ScanKeys(qvlink::Registry &registry,
+                                       std::vector<std::string> const &keys,
+                                       std::vector<std::string> const &names) {
+    qvlink::ScanOptions options;
+    for (std::string const &name : names) {
+        options.paths.push_back((name.empty() ? m_tree : Path(name)).string());
+    }
+    options.keys = keys;
+    options.registry = &registry;
+    return qvlink::ScanInto(Database(), options, m_observer);
+}
+
 qvlink::ScanSummary ScanTest::ScanInto(std::string const &database) {
     qvlink::ScanOptions options;
     options.paths = {m_tree.string()};

@@ -45,7 +45,10 @@ protected:
     // Scans the tree, or these paths below it.
     qvlink::ScanSummary Scan();
     qvlink::ScanSummary Scan(std::vector<std::string> const &names);
-    // The same into another database of this test.
+    // Scans keys of a registry, and paths below the tree before them.
+    qvlink::ScanSummary ScanKeys(qvlink::Registry &registry, std::vector<std::string> const &keys,
+                                 std::vector<std::string> const &names = {});
+    // Scans the tree into another database of this test.
     qvlink::ScanSummary ScanInto(std::string const &database);
     // What a scan says that can't be done.
     std::string FailureOf(std::function<void()> const &scan);

@@ -165,18 +165,20 @@ void KeyWalker::ScanKey(Level const &level, std::vector<Level> &next) {
     Session::StopIfAsked();
     std::vector<CQVUObject *> gone;
     // Keys first: where a value has the name of a key, paths lead to what was made first.
-    TakeKeys(level, next, gone);
-    TakeValues(level, gone);
+    std::uint32_t const keysCode = TakeKeys(level, next, gone);
+    std::uint32_t const valuesCode = TakeValues(level, gone);
+    if (std::uint32_t const code = keysCode ? keysCode : valuesCode) {
+        m_session.Problem(ScanProblem::unreadable, DatabaseText(level.path), ReasonOf(code));
+    }
     m_session.summary.removed += m_session.tree.Remove(ObjectOf(level), gone);
     m_session.observer.Progress(DatabaseText(level.path), m_session.summary);
 }
 
-void KeyWalker::TakeKeys(Level const &level, std::vector<Level> &next,
-                         std::vector<CQVUObject *> &gone) {
+std::uint32_t KeyWalker::TakeKeys(Level const &level, std::vector<Level> &next,
+                                  std::vector<CQVUObject *> &gone) {
     std::vector<std::string> names;
     if (std::uint32_t const code = m_registry.ReadKeys(level.path, names)) {
-        TellUnreadable(level, code);
-        return;
+        return code;
     }
     Children known = ChildrenOf(level, OBJ_KEY);
     for (std::string const &name : names) {
@@ -191,13 +193,13 @@ void KeyWalker::TakeKeys(Level const &level, std::vector<Level> &next,
             gone.push_back(object);
         }
     }
+    return 0;
 }
 
-void KeyWalker::TakeValues(Level const &level, std::vector<CQVUObject *> &gone) {
+std::uint32_t KeyWalker::TakeValues(Level const &level, std::vector<CQVUObject *> &gone) {
     std::vector<RegistryValue> values;
     if (std::uint32_t const code = m_registry.ReadValues(level.path, values)) {
-        TellUnreadable(level, code);
-        return;
+        return code;
     }
     Children known = ChildrenOf(level, OBJ_VALUE);
     for (RegistryValue const &value : values) {
@@ -209,6 +211,7 @@ void KeyWalker::TakeValues(Level const &level, std::vector<CQVUObject *> &gone) 
             gone.push_back(object);
         }
     }
+    return 0;
 }
 
 CQVUObject *KeyWalker::TakeKey(Level const &level, Children &known, std::string const &name) {
@@ -339,10 +342,6 @@ std::string KeyWalker::Hold(Level const &level, std::string const &name, Childre
         held.clear();
     }
     return held;
-}
-
-void KeyWalker::TellUnreadable(Level const &level, std::uint32_t code) {
-    m_session.Problem(ScanProblem::unreadable, DatabaseText(level.path), ReasonOf(code));
 }
 
 } // namespace qvlink

@@ -40,8 +40,10 @@ private:
     CQVUObject *Descend(Place const &root, Level &level);
     std::string Spelled(Level const &level, std::string const &name);
     void ScanKey(Level const &level, std::vector<Level> &next);
-    void TakeKeys(Level const &level, std::vector<Level> &next, std::vector<CQVUObject *> &gone);
-    void TakeValues(Level const &level, std::vector<CQVUObject *> &gone);
+    // These give the registry's code; after a failure nothing is gone.
+    std::uint32_t TakeKeys(Level const &level, std::vector<Level> &next,
+                           std::vector<CQVUObject *> &gone);
+    std::uint32_t TakeValues(Level const &level, std::vector<CQVUObject *> &gone);
     CQVUObject *TakeKey(Level const &level, Children &known, std::string const &name);
     void TakeValue(Level const &level, Children &known, RegistryValue const &value);
     CQVUObject &Add(Level const &level, std::string const &name, std::uint32_t type,
@@ -54,7 +56,6 @@ private:
     // The name in the database's form, or empty, and a problem is told.
     std::string Hold(Level const &level, std::string const &name, Children const &known,
                      bool isValue);
-    void TellUnreadable(Level const &level, std::uint32_t code);
 
     Session &m_session;
     Registry &m_registry;
