@@ -1,0 +1,3 @@
+#include "platform/registry.h"
+
+void TellRegistryDirectory(std::string const &) {}
