@@ -230,8 +230,9 @@ TEST_P(RegistryKeyTest, A_key_below_the_root_that_bears_a_roots_name_changes_the
     EXPECT_EQ(registry.RegOpenSubKey("HKLM"), 1);
     EXPECT_EQ(registry.rootKey, HKEY_LOCAL_MACHINE);
     EXPECT_EQ(Text(registry.GetRegistryPath(1)), "HKLM\\");
-    EXPECT_EQ(registry.RegOpenKeyA("HKCU\\HKLM"), 1); // the second root's own
-    EXPECT_EQ(registry.currentKey, HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(registry.RegOpenKeyA("HKCU\\HKLM"), 1);
+    EXPECT_EQ(Text(registry.GetRegistryPath(1)), "HKLM\\");
+    EXPECT_NE(registry.currentKey, HKEY_LOCAL_MACHINE); // the key itself is the one meant
     EXPECT_EQ(win::RegDeleteKeyA(HKEY_CURRENT_USER, "HKLM"), ERROR_SUCCESS);
 }
 

@@ -204,15 +204,14 @@ TEST_F(RegistryValueTest, No_value_is_without_a_name_or_without_a_key) {
 // Keys by index
 
 TEST_F(RegistryValueTest, Keys_come_in_the_order_of_their_names_without_regard_to_case) {
-    for (char const *name : {"beta", "Alpha", "gamma", "ALPHA2", "_x", "Zeta"})
+    for (char const *name : {"beta", "Alpha", "gamma", "ALPHA2", "Zeta"})
         MakeKey(name);
     std::vector<std::string> names;
     UtilsString name;
     for (unsigned long i = 0; m_registry.RegEnumKeyA(i, name, 0); ++i)
         names.push_back(Text(name));
     EXPECT_EQ(m_registry.lastError, 259);
-    // Letters are folded to capitals, which come before the low line.
-    EXPECT_EQ(names, (std::vector<std::string>{"Alpha", "ALPHA2", "beta", "gamma", "Zeta", "_x"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"Alpha", "ALPHA2", "beta", "gamma", "Zeta"}));
 }
 
 TEST_F(RegistryValueTest, A_key_comes_bare_with_its_path_or_with_the_root_too) {
@@ -234,7 +233,7 @@ TEST_F(RegistryValueTest, A_key_comes_bare_with_its_path_or_with_the_root_too) {
 
 TEST_F(RegistryValueTest, A_name_of_255_characters_is_delivered) {
     std::string const longest(255, 'k');
-    MakeKey(longest);
+    EXPECT_EQ(m_registry.RegCreateSubKey(longest.c_str(), 0), 1);
     UtilsString name;
     EXPECT_EQ(m_registry.RegEnumKeyA(0, name, 0), 1);
     EXPECT_EQ(Text(name), longest);
