@@ -61,9 +61,13 @@ UtilsString Joined(UtilsString const &parts, unsigned long from, unsigned long t
 } // namespace
 
 int CUtilsPath::PathIsRegistry(UtilsString const &text) {
-    UtilsString parts = Selected(text);
-    parts.SplitData("\\", 0);
-    UtilsString first(parts.GetStringNumber(0));
+    // The first string that a split would give. It would look for all of them from the start.
+    UtilsString first;
+    unsigned long piece = 0;
+    while (text.ParseString("\\", first, piece, 0) && first.size() == 0)
+        ++piece;
+    if (first.size() == 0)
+        first = Selected(text);
     first.SetCase(text.GetCase());
     return std::any_of(std::begin(roots), std::end(roots),
                        [&first](const char *root) { return first == root; })
