@@ -35,16 +35,25 @@ std::string_view Trim(std::string_view line) {
     return line;
 }
 
+// Lines end at a line feed: what follows the last one isn't read.
+template <class Take> void ForEachLine(std::string_view text, Take const &take) {
+    text = text.substr(0, text.find('\0'));
+    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+        take(Trim(text.substr(0, end)));
+        text.remove_prefix(end + 1);
+    }
+}
+
 std::string HostFormOf(std::string const &modulePath) {
     std::optional<Place> const place = ParseDatabasePath(modulePath);
     return place ? HostPath(*place) : modulePath;
 }
 
 // Throws lists::ListError.
-std::string TextOfList(std::string_view library, std::uint32_t id) {
+std::string TextOfList(std::string_view library, lists::Kind kind, std::uint32_t id) {
     LibraryLists const found = FindLists(library);
     for (LibraryList const &list : found.lists) {
-        if (list.kind == lists::Kind::files && list.id == id) {
+        if (list.kind == kind && list.id == id) {
             return lists::Unpack(list.stored);
         }
     }
@@ -60,13 +69,19 @@ FamilyLists const *ListsOf(ostype family) {
     return found == std::end(Families) ? nullptr : found;
 }
 
-// Lines end at a line feed: what follows the last one isn't read.
 ProtectedFiles::ProtectedFiles(std::string_view text, SystemDirectories const &folders) {
-    text = text.substr(0, text.find('\0'));
-    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-        Add(Trim(text.substr(0, end)), folders);
-        text.remove_prefix(end + 1);
-    }
+    ForEachLine(text, [&](std::string_view line) { Add(line, folders); });
+}
+
+// The empty line between the blocks of a list names no key.
+ProtectedFiles ProtectedFiles::OfKeys(std::string_view text) {
+    ProtectedFiles keys;
+    ForEachLine(text, [&](std::string_view line) {
+        if (!line.empty() && line.size() < ProtectedPathRoom) {
+            keys.m_lines.emplace(PathKey(line), line);
+        }
+    });
+    return keys;
 }
 
 // One letter decides which folder a line means.
@@ -102,8 +117,16 @@ std::size_t ProtectedFiles::CountBelow(std::string_view path) const {
     return static_cast<std::size_t>(std::distance(first, end));
 }
 
-OwnList ReadOwnList() {
+std::uint32_t OwnList::Id() const {
+    if (!family) {
+        return 0;
+    }
+    return kind == lists::Kind::files ? family->files : family->keys;
+}
+
+OwnList ReadOwnList(lists::Kind kind) {
     OwnList list;
+    list.kind = kind;
     list.library = HostFormOf(GetOwnModulePath());
     list.family = ListsOf(g_NTAdminObject.GetOS());
     if (!list.family) {
@@ -114,8 +137,9 @@ OwnList ReadOwnList() {
         return list;
     }
     try {
-        list.files =
-            ProtectedFiles(TextOfList(*library, list.family->files), FindSystemDirectories());
+        std::string const text = TextOfList(*library, kind, list.Id());
+        list.files = kind == lists::Kind::files ? ProtectedFiles(text, FindSystemDirectories())
+                                                : ProtectedFiles::OfKeys(text);
     } catch (lists::ListError const &error) {
         list.problem = error.what();
     }

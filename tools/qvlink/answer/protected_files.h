@@ -1,8 +1,9 @@
-// The list of files that answers on this system, read as a text: it tells which line names a
-// path, and what lies below a folder, without asking the library.
+// The lists of files and of keys that answer on this system, read as texts: they tell which line
+// names a path, and what lies below a folder or key, without asking the library.
 #pragma once
 
 #include "platform/host.h"
+#include "list_text.h"
 
 #include "CNTAdminObject.h"
 
@@ -28,10 +29,12 @@ public:
     ProtectedFiles() = default;
     // The text of a list of files, taken as the library takes it.
     ProtectedFiles(std::string_view text, SystemDirectories const &folders);
+    // The text of a list of keys likewise.
+    static ProtectedFiles OfKeys(std::string_view text);
 
     // The line that names a path of the database's form, or null.
     std::string const *LineOf(std::string_view path) const;
-    // How many of the files that are named lie below it.
+    // How many of the files or keys that are named lie below it.
     std::size_t CountBelow(std::string_view path) const;
 
 private:
@@ -46,7 +49,10 @@ struct OwnList {
     FamilyLists const *family = nullptr; // null: no list is for this system
     ProtectedFiles files;
     std::string problem; // why the list couldn't be read; empty if it could
+    lists::Kind kind = lists::Kind::files;
+
+    std::uint32_t Id() const; // as a resource of the library; 0 if there is none
 };
-OwnList ReadOwnList();
+OwnList ReadOwnList(lists::Kind kind = lists::Kind::files);
 
 } // namespace qvlink

@@ -17,12 +17,17 @@ std::string PathKey(std::string_view databasePath) {
 }
 
 std::optional<bool> Protection::Of(std::string const &databasePath) {
+    return Of(databasePath, [&] { return m_ask(databasePath.c_str()) != 0; });
+}
+
+std::optional<bool> Protection::Of(std::string const &databasePath,
+                                   std::function<bool()> const &ask) {
     if (databasePath.size() >= ProtectedPathRoom) {
         return std::nullopt;
     }
     auto const [answer, isNew] = m_answers.emplace(PathKey(databasePath), false);
     if (isNew) {
-        answer->second = m_ask(databasePath.c_str()) != 0;
+        answer->second = ask();
     }
     return answer->second;
 }

@@ -1,8 +1,9 @@
-// What the library says of files: whether they belong to the operating system.
+// What the library says of files and keys: whether they belong to the operating system.
 #pragma once
 
 #include "linkdb.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +27,8 @@ public:
 
     // Nothing for a path that is too long to be asked about.
     std::optional<bool> Of(std::string const &databasePath);
+    // The same with another way to ask, which is taken if the path wasn't asked about before.
+    std::optional<bool> Of(std::string const &databasePath, std::function<bool()> const &ask);
 
 private:
     Question m_ask;

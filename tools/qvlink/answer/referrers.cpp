@@ -1,5 +1,6 @@
 #include "answer/referrers.h"
 
+#include "answer/value_walks.h"
 #include "model.h"
 
 #include <algorithm>
@@ -221,6 +222,17 @@ Need NeedFor(Needs &needs, CQVUObject &asker, CQVUObject &needed) {
     return {&needed, &needed, LINK_NEEDS, Rule::linked};
 }
 
+// Values that name a target, or a file that comes to need one.
+void AddValues(CQVUDatabase &database, Objects const &targets, bool direct,
+               std::vector<Referrer> &referrers) {
+    Objects named = targets;
+    for (std::size_t i = 0; !direct && i < referrers.size(); ++i) {
+        named.push_back(referrers[i].object);
+    }
+    std::vector<Referrer> const values = FindReferringValues(database, named);
+    referrers.insert(referrers.end(), values.begin(), values.end());
+}
+
 } // namespace
 
 std::vector<Referrer> FindReferrers(CQVUDatabase &database, Objects const &targets, bool direct) {
@@ -233,6 +245,7 @@ std::vector<Referrer> FindReferrers(CQVUDatabase &database, Objects const &targe
         Needs &needs = views.From(FolderOf(database, *object));
         referrers.push_back({object, NeedFor(needs, *object, *needed)});
     }
+    AddValues(database, targets, direct, referrers);
     PathOrder order(database);
     std::sort(referrers.begin(), referrers.end(),
               [&](Referrer const &a, Referrer const &b) { return order(a.object, b.object); });

@@ -27,6 +27,7 @@ public:
         AddExport();
         AddProtected();
         AddLists();
+        AddReg();
     }
 
     CLI::App &App() { return m_app; }
@@ -64,10 +65,19 @@ private:
     }
 
     void AddScan() {
-        AddCommand("scan", Command::scan)
-            ->add_option("PATH", m_request.paths, "Folders and files to put into the graph")
-            ->required()
+        CLI::App *const scan = AddCommand("scan", Command::scan);
+        scan->add_option("PATH", m_request.paths, "Folders and files to put into the graph")
             ->type_name("");
+        scan->add_option("--registry", m_request.keys,
+                         "Keys to put into the graph, with all that is below them: HKLM, "
+                         "HKCU\\Software ...; all arguments up to the next option")
+            ->type_name("ROOT...");
+        scan->callback([this] {
+            m_request.command = Command::scan;
+            if (m_request.paths.empty() && m_request.keys.empty()) {
+                throw CLI::RequiredError("PATH or --registry");
+            }
+        });
     }
 
     void AddQuestions() {
@@ -131,27 +141,57 @@ private:
         app->footer(help.footer);
         app->require_subcommand(1);
         AddCommonOptions(*app, "Options of every command");
-        AddCapture(*AddListsCommand(*app, "lists capture", Command::listsCapture));
-        CLI::App *const pack = AddListsCommand(*app, "lists pack", Command::listsPack);
+        AddCapture(*AddSubcommand(*app, "lists capture", Command::listsCapture));
+        CLI::App *const pack = AddSubcommand(*app, "lists pack", Command::listsPack);
         AddFiles(*pack, "TEXT", "The text of a list", 1);
         AddOutput(*pack, "The stored list to write")->required();
-        CLI::App *const unpack = AddListsCommand(*app, "lists unpack", Command::listsUnpack);
+        CLI::App *const unpack = AddSubcommand(*app, "lists unpack", Command::listsUnpack);
         AddFiles(*unpack, "FILE", "A stored list or a built library", 1);
         AddId(*unpack);
         AddOutput(*unpack, "The text to write (default: standard output)");
-        CLI::App *const check = AddListsCommand(*app, "lists check", Command::listsCheck);
+        CLI::App *const check = AddSubcommand(*app, "lists check", Command::listsCheck);
         AddFiles(*check, "FILE", "Texts, stored lists and built libraries", 0);
         AddId(*check);
-        CLI::App *const diff = AddListsCommand(*app, "lists diff", Command::listsDiff);
+        CLI::App *const diff = AddSubcommand(*app, "lists diff", Command::listsDiff);
         AddFiles(*diff, "A B", "Texts, stored lists or built libraries", 2);
         AddId(*diff);
     }
 
+    void AddReg() {
+        CommandHelp const &help = HelpOf("reg");
+        CLI::App *const app = m_app.add_subcommand("reg", help.summary);
+        app->footer(help.footer);
+        app->require_subcommand(1);
+        AddCommonOptions(*app, "Options of every command");
+        CLI::App *const in = AddSubcommand(*app, "reg import", Command::regImport);
+        AddFiles(*in, "FILE", "Registration files, and Wine prefixes for all of theirs", 0);
+        in->add_option("--into", m_request.into, "The key that takes the place of the roots")
+            ->type_name("KEY");
+        AddCodePage(*in);
+        CLI::App *const out = AddSubcommand(*app, "reg export", Command::regExport);
+        out->add_option("KEY", m_request.key, "The key, with all below it")
+            ->required()
+            ->type_name("");
+        out->add_option("FILE", m_request.output, "The file to write (default: standard output)")
+            ->type_name("");
+        out->add_option("--form", m_request.form, "5, or 4 for REGEDIT4")
+            ->capture_default_str()
+            ->check(CLI::IsMember({"4", "5"}))
+            ->type_name("FORM");
+        AddCodePage(*out);
+    }
+
+    void AddCodePage(CLI::App &app) {
+        app.add_option("--code-page", m_request.codePage,
+                       "Of the texts of REGEDIT4 (default: the system's)")
+            ->check(CLI::Range(1u, 65535u))
+            ->type_name("N");
+    }
+
     // `name` is the two words of it.
-    CLI::App *AddListsCommand(CLI::App &lists, const char *name, Command command) {
+    CLI::App *AddSubcommand(CLI::App &parent, std::string const &name, Command command) {
         CommandHelp const &help = HelpOf(name);
-        CLI::App *const app =
-            lists.add_subcommand(std::string(name).substr(sizeof "lists"), help.summary);
+        CLI::App *const app = parent.add_subcommand(name.substr(name.find(' ') + 1), help.summary);
         app->footer(help.footer);
         app->callback([this, command] { m_request.command = command; });
         AddCommonOptions(*app, "Options of every command");

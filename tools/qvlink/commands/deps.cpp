@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "answer/value_walks.h"
 #include "answer/walks.h"
 #include "commands/session.h"
 #include "model.h"
@@ -24,6 +25,10 @@ CQVUObject &FindStart(CommandSession &session) {
 
 std::string WhyNone(CommandSession &session, CQVUObject &start, CQVUObject const *program) {
     std::string const name = session.Names().Of(start);
+    if (IsInRegistry(start)) {
+        return TypeOf(start) == OBJ_VALUE ? name + " names no file of the graph"
+                                          : "no value below " + name + " names a file of the graph";
+    }
     if (!program) {
         return name + " is a symbolic link that runs in a circle";
     }
@@ -39,7 +44,9 @@ std::string WhyNone(CommandSession &session, CQVUObject &start, CQVUObject const
 }
 
 int PrintTreeOf(CommandSession &session, CQVUObject &start) {
-    std::vector<TreeLine> const lines = DependencyTree(session.Database(), start);
+    std::vector<TreeLine> const lines = IsInRegistry(start)
+                                            ? ValueTree(session.Database(), start)
+                                            : DependencyTree(session.Database(), start);
     if (session.Asked().json) {
         session.WriteJson({{"object", JsonOfObject(session.Names(), start)},
                            {"tree", JsonOfTree(session.Names(), lines)}});
@@ -50,24 +57,32 @@ int PrintTreeOf(CommandSession &session, CQVUObject &start) {
     return lines.empty() ? ExitNothing : ExitAnswered;
 }
 
+std::vector<Dependency> FindNeeds(CommandSession &session, CQVUObject &start, CQVUObject *program) {
+    bool const direct = session.Asked().direct;
+    if (IsInRegistry(start)) {
+        return FindValueDependencies(session.Database(), start, direct);
+    }
+    return program && IsFolder(*program)
+               ? FindFolderDependencies(session.Database(), *program, direct)
+               : FindDependencies(session.Database(), start, direct);
+}
+
 } // namespace
 
 int RunDeps(Request const &request) {
     CommandSession session(request);
     CQVUObject &start = FindStart(session);
     CQVUObject *const program = FollowLinks(session.Database(), &start);
-    bool const isFolder = program && IsFolder(*program);
     if (request.tree) {
-        if (isFolder) {
-            throw CommandError(request.paths.front() +
-                               " is a folder, and --tree shows one program\nLeave --tree out to "
-                               "see what all programs below the folder need.");
+        bool const isKey = (TypeOf(start) & (OBJ_HIVE | OBJ_KEY)) != 0;
+        if (isKey || (program && IsFolder(*program))) {
+            throw CommandError(request.paths.front() + " is a " + (isKey ? "key" : "folder") +
+                               ", and --tree shows one program\nLeave --tree out to "
+                               "see what all that lies below it needs.");
         }
         return PrintTreeOf(session, start);
     }
-    std::vector<Dependency> const found =
-        isFolder ? FindFolderDependencies(session.Database(), *program, request.direct)
-                 : FindDependencies(session.Database(), start, request.direct);
+    std::vector<Dependency> const found = FindNeeds(session, start, program);
     if (request.json) {
         session.WriteJson({{"object", JsonOfObject(session.Names(), start)},
                            {"direct", request.direct},

@@ -31,7 +31,8 @@ std::uint32_t MaskFor(std::string const &type) {
 
 bool IsProtected(CQVUDatabase &database, CQVUObject &object, Protection &protection) {
     std::optional<Place> const place = PlaceOf(database, object);
-    return place && protection.Of(DatabasePath(*place)).value_or(false);
+    auto const ask = [&] { return object.IsProtected() != 0; };
+    return place && protection.Of(DatabasePath(*place), ask).value_or(false);
 }
 
 std::vector<CQVUObject *> FindWanted(CommandSession &session) {

@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "answer/key_question.h"
 #include "answer/protection.h"
 #include "commands/json_answer.h"
 #include "commands/session.h"
@@ -12,25 +13,71 @@
 namespace qvlink {
 namespace {
 
+constexpr std::size_t LongestName = 250;
+
 class Asker {
 public:
-    explicit Asker(OwnList const &list) : m_list(list) {}
+    explicit Asker(bool databasePaths) : m_databasePaths(databasePaths) {}
 
-    PathProtection Ask(std::string const &shown, std::string const &path) {
+    PathProtection Ask(std::string const &text) {
+        if (std::optional<Place> const key = ParseKeyPath(text)) {
+            return AskKey(*key);
+        }
+        Lists(false);
+        return m_databasePaths ? AskFile(text, text) : AskHost(text);
+    }
+
+    // Those that the paths asked for.
+    OwnLists const &Lists() const { return m_lists; }
+
+private:
+    // The list of keys or files, read when the first path asks for it.
+    OwnList const &Lists(bool isKey) {
+        std::optional<OwnList> &list = isKey ? m_lists.keys : m_lists.files;
+        if (!list) {
+            list = ReadOwnList(isKey ? lists::Kind::keys : lists::Kind::files);
+        }
+        return *list;
+    }
+
+    PathProtection AskKey(Place const &key) {
+        OwnList const &list = Lists(true);
+        PathProtection answer;
+        answer.isKey = true;
+        answer.shown = answer.path = DatabasePath(key);
+        for (std::string const &name : key.names) {
+            if (name.size() > LongestName) {
+                answer.error = "a name in it is longer than 250 characters";
+                return answer;
+            }
+        }
+        Fill(answer, list, m_protection.Of(answer.path, [&] {
+            if (!m_keys) {
+                m_keys.emplace(list.library);
+            }
+            return (*m_keys)(key);
+        }));
+        return answer;
+    }
+
+    PathProtection AskFile(std::string const &shown, std::string const &path) {
         PathProtection answer;
         answer.shown = shown;
         answer.path = path;
-        std::optional<bool> const isProtected = m_protection.Of(path);
+        Fill(answer, *m_lists.files, m_protection.Of(path));
+        return answer;
+    }
+
+    static void Fill(PathProtection &answer, OwnList const &list, std::optional<bool> isProtected) {
         if (!isProtected) {
-            answer.error = "it is " + std::to_string(path.size()) +
+            answer.error = "it is " + std::to_string(answer.path.size()) +
                            " characters long in the database's form, and the library takes 259";
-            return answer;
+            return;
         }
         answer.isProtected = *isProtected;
-        std::string const *const line = m_list.files.LineOf(path);
+        std::string const *const line = list.files.LineOf(answer.path);
         answer.line = line ? *line : "";
-        answer.below = m_list.files.CountBelow(path);
-        return answer;
+        answer.below = list.files.CountBelow(answer.path);
     }
 
     // A path of the host, or the one that it leads to through links.
@@ -44,7 +91,6 @@ public:
         return place && DatabasePath(*place) != direct.path ? AskPlace(text, place) : direct;
     }
 
-private:
     PathProtection AskPlace(std::string const &text, std::optional<Place> const &place) {
         PathProtection refused;
         refused.shown = text;
@@ -58,34 +104,41 @@ private:
                 return refused;
             }
         }
-        return Ask(HostPath(*place), DatabasePath(*place));
+        return AskFile(HostPath(*place), DatabasePath(*place));
     }
 
-    OwnList const &m_list;
+    bool m_databasePaths;
+    OwnLists m_lists;
     Protection m_protection;
+    std::optional<KeyQuestion> m_keys;
 };
 
-// What keeps the library from knowing its own list.
-std::string WhyLost(OwnList const &list, std::vector<PathProtection> const &paths) {
-    if (std::none_of(paths.begin(), paths.end(),
-                     [](PathProtection const &path) { return path.IsLost(); })) {
-        return "";
-    }
-    return "the library doesn't know what is in its list\n" + std::string(DecompressorFile) +
-           " is missing or unusable beside " + list.library;
-}
-
-void TellOfList(Request const &request, OwnList const &list,
-                std::vector<PathProtection> const &paths) {
+// Tells why a list can't answer, or what keeps the library from knowing its own.
+void TellOfList(Request const &request, OwnList const &list, bool isLost) {
     if (!list.family) {
         Tell(request, "there is no list for this system's family, and nothing is protected");
     } else if (!list.problem.empty()) {
-        Tell(request, "cannot read list " + std::to_string(list.family->files) + " of " +
-                          list.library + ": " + list.problem);
+        Tell(request, "cannot read list " + std::to_string(list.Id()) + " of " + list.library +
+                          ": " + list.problem);
     }
-    std::string const lost = WhyLost(list, paths);
-    if (!lost.empty()) {
-        Tell(request, lost);
+    if (isLost) {
+        Tell(request, "the library doesn't know what is in its list\n" +
+                          std::string(DecompressorFile) + " is missing or unusable beside " +
+                          list.library);
+    }
+}
+
+void TellOfLists(Request const &request, OwnLists const &lists,
+                 std::vector<PathProtection> const &paths) {
+    for (bool const isKey : {false, true}) {
+        std::optional<OwnList> const &list = isKey ? lists.keys : lists.files;
+        bool const isLost =
+            std::any_of(paths.begin(), paths.end(), [&](PathProtection const &path) {
+                return path.isKey == isKey && path.IsLost();
+            });
+        if (list) {
+            TellOfList(request, *list, isLost);
+        }
     }
 }
 
@@ -108,19 +161,18 @@ int ExitCodeOf(std::vector<PathProtection> const &paths) {
 } // namespace
 
 int RunProtected(Request const &request) {
-    OwnList const list = ReadOwnList();
-    Asker asker(list);
+    Asker asker(request.databasePaths);
     std::vector<PathProtection> answers;
     for (std::string const &path : request.paths) {
-        answers.push_back(request.databasePaths ? asker.Ask(path, path) : asker.AskHost(path));
+        answers.push_back(asker.Ask(path));
     }
     if (request.json) {
-        std::cout << Dump(JsonAnswer(request, JsonOfProtection(list, answers)), true);
+        std::cout << Dump(JsonAnswer(request, JsonOfProtection(asker.Lists(), answers)), true);
     } else {
         Screen screen = ScreenOf(std::cout, false);
-        PrintProtection(screen, list, answers, request.verbose);
+        PrintProtection(screen, asker.Lists(), answers, request.verbose);
     }
-    TellOfList(request, list, answers);
+    TellOfLists(request, asker.Lists(), answers);
     return ExitCodeOf(answers);
 }
 

@@ -29,12 +29,15 @@ enum class Command {
     listsPack,
     listsUnpack,
     listsCheck,
-    listsDiff
+    listsDiff,
+    regImport,
+    regExport
 };
 
 struct Request {
     Command command = Command::stats;
     std::vector<std::string> paths; // the command's PATHs or FILEs, or A and B
+    std::vector<std::string> keys;  // scan --registry
     std::string pattern;            // find PATTERN
     std::string type;               // find --type
     std::string format;             // export --format
@@ -47,6 +50,10 @@ struct Request {
     std::string from;                 // lists capture --from
     std::vector<std::string> without; // lists capture --without
     std::optional<std::uint32_t> id;  // lists --id
+    std::string key;                  // reg export KEY; its FILE is `output`
+    std::string form = "5";           // reg export --form
+    std::string into;                 // reg import --into
+    unsigned codePage = 0;            // reg --code-page; 0: the one in use
 
     std::string databaseDirectory; // --db; empty: the user's own
     bool databasePaths = false;    // --db-paths

@@ -5,6 +5,7 @@
 #include "commands/session.h"
 #include "output/text.h"
 #include "platform/host.h"
+#include "platform/registry.h"
 
 #include <chrono>
 #include <iostream>
@@ -29,9 +30,10 @@ public:
         }
         m_shown = now;
         auto const seconds = std::chrono::duration<double>(now - m_start).count();
-        auto const rate = static_cast<std::uint64_t>(static_cast<double>(soFar.files) / seconds);
-        std::string const line = ReadableCount(soFar.files) + " files, " + ReadableCount(rate) +
-                                 " a second  " + m_screen.Safe(folder);
+        std::uint64_t const count = soFar.keys ? soFar.keys : soFar.files;
+        auto const rate = static_cast<std::uint64_t>(static_cast<double>(count) / seconds);
+        std::string const line = ReadableCount(count) + (soFar.keys ? " keys, " : " files, ") +
+                                 ReadableCount(rate) + " a second  " + m_screen.Safe(folder);
         std::cerr << '\r' << Fit(line) << "\x1b[K" << std::flush;
         m_isShown = true;
     }
@@ -87,6 +89,9 @@ int RunScan(Request const &request) {
     Reporter reporter;
     ScanOptions options;
     options.paths = request.paths;
+    options.keys = request.keys;
+    auto const registry = request.keys.empty() ? nullptr : OpenRegistry();
+    options.registry = registry.get();
     ScanSummary const summary = ScanInto(directory, options, reporter);
     std::vector<ReportedProblem> const &problems = reporter.Finish();
     if (request.json) {

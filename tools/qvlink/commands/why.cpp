@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "answer/value_walks.h"
 #include "answer/walks.h"
 #include "commands/session.h"
 #include "output/json.h"
@@ -18,7 +19,9 @@ int RunWhy(Request const &request) {
                            " is a folder, and a chain leads from one program to one file\nUse "
                            "`qvlink deps` or `qvlink refs` for folders.");
     }
-    std::vector<Dependency> const chain = FindChain(session.Database(), start, goal);
+    std::vector<Dependency> const chain = TypeOf(start) == OBJ_VALUE
+                                              ? FindValueChain(session.Database(), start, goal)
+                                              : FindChain(session.Database(), start, goal);
     if (request.json) {
         session.WriteJson({{"from", JsonOfObject(session.Names(), start)},
                            {"to", JsonOfObject(session.Names(), goal)},

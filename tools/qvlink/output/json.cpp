@@ -1,5 +1,6 @@
 #include "output/json.h"
 
+#include "answer/value_data.h"
 #include "model.h"
 #include "output/time.h"
 #include "output/utf8.h"
@@ -52,6 +53,23 @@ void PutFileData(Json &json, FileData const &data) {
                                                      {ATTRIBUTE_NORMAL, "normal"},
                                                      {ATTRIBUTE_REPARSE_POINT, "symlink"}});
     json["attributeBits"] = data.dwAttributes;
+}
+
+void PutValue(Json &json, ValueData const &value) {
+    Json &put = json["value"];
+    put["type"] = value.type;
+    if (std::optional<std::string> const word = ValueTypeWord(value.type)) {
+        put["typeName"] = *word;
+    }
+    put["size"] = value.size;
+    std::vector<std::string> const texts = TextsOf(value.type, value.data);
+    if (!texts.empty()) {
+        put["texts"] = texts;
+    }
+    if (std::optional<std::uint64_t> const number = NumberOf(value.type, value.data)) {
+        put["number"] = *number;
+    }
+    put["data"] = Hexadecimal(value.data);
 }
 
 void PutNeed(Json &json, Names const &names, Need const &need) {
@@ -125,6 +143,9 @@ Json JsonOfWholeObject(Names const &names, CQVUObject &object) {
     }
     if (TypeOf(object) == OBJ_RUNPATH && object.pData) {
         PutText(json, "text", {reinterpret_cast<const char *>(object.pData), object.dwDataSize});
+    }
+    if (std::optional<ValueData> const value = ValueDataOf(object)) {
+        PutValue(json, *value);
     }
     return json;
 }
@@ -257,6 +278,9 @@ Json JsonOfScan(ScanSummary const &summary, std::vector<ReportedProblem> const &
                  {"located", summary.located},
                  {"needs", summary.needs},
                  {"missing", summary.missing},
+                 {"keys", summary.keys},
+                 {"values", summary.values},
+                 {"references", summary.references},
                  {"added", summary.added},
                  {"changed", summary.changed},
                  {"unchanged", summary.unchanged},

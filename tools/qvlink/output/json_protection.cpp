@@ -23,19 +23,28 @@ Json JsonOfPath(PathProtection const &path) {
     return json;
 }
 
-} // namespace
-
-Json JsonOfProtection(OwnList const &list, std::vector<PathProtection> const &paths) {
-    Json json = Json::object();
-    PutText(json, "library", list.library);
+void PutList(Json &json, OwnList const &list) {
+    bool const isFiles = list.kind == lists::Kind::files;
     if (list.family) {
-        json["list"] = {{"type", "WIN_FILES"},
-                        {"id", list.family->files},
-                        {"family", list.family->name},
-                        {"ostype", static_cast<int>(list.family->family)}};
+        json[isFiles ? "list" : "keyList"] = {{"type", isFiles ? "WIN_FILES" : "WIN_REGS"},
+                                              {"id", list.Id()},
+                                              {"family", list.family->name},
+                                              {"ostype", static_cast<int>(list.family->family)}};
     }
     if (!list.problem.empty()) {
-        PutText(json, "problem", list.problem);
+        PutText(json, isFiles ? "problem" : "keyProblem", list.problem);
+    }
+}
+
+} // namespace
+
+Json JsonOfProtection(OwnLists const &lists, std::vector<PathProtection> const &paths) {
+    Json json = Json::object();
+    PutText(json, "library", (lists.files ? lists.files : lists.keys)->library);
+    for (auto const *const list : {&lists.files, &lists.keys}) {
+        if (*list) {
+            PutList(json, **list);
+        }
     }
     json["paths"] = Json::array();
     for (PathProtection const &path : paths) {

@@ -17,6 +17,17 @@ Table::Cell NameCell(Names const &names, Need const &need) {
     return {NeededName(names, need), need.found ? Colour::none : Colour::bad};
 }
 
+const char *VerbOf(std::uint32_t linkType) {
+    switch (linkType) {
+    case LINK_SYMLINK:
+        return "is a link to ";
+    case LINK_REFERS:
+        return "names ";
+    default:
+        return "needs ";
+    }
+}
+
 } // namespace
 
 void PrintDependencies(Screen &screen, Names const &names,
@@ -73,7 +84,7 @@ void PrintChain(Screen &screen, Names const &names, CQVUObject &start,
     std::size_t depth = 0;
     for (Dependency const &step : chain) {
         Need const &need = step.need;
-        std::string const verb = need.linkType == LINK_SYMLINK ? "is a link to " : "needs ";
+        std::string const verb = VerbOf(need.linkType);
         std::string text(++depth * 2, ' ');
         text += screen.Painted(verb, Colour::dim) + screen.Safe(NeededName(names, need));
         if (verbose && need.linkType != LINK_SYMLINK) {

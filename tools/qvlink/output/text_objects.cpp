@@ -1,6 +1,7 @@
 #include "model.h"
 #include "output/text.h"
 #include "output/time.h"
+#include "output/value_text.h"
 
 namespace qvlink {
 namespace {
@@ -55,6 +56,11 @@ void PrintFields(Screen &screen, Names const &names, CQVUObject &object) {
         field("size", ReadableCount(size) + " bytes (" + ReadableSize(size) + ")");
         field("modified", TimeText(Wide(data->dwTimeHigh, data->dwTimeLow)));
         field("attributes", AttributesText(data->dwAttributes));
+    } else if (std::optional<ValueData> const value = ValueDataOf(object)) {
+        field("data", ValueTypeText(value->type) + ", " + ReadableSize(value->size));
+        for (std::string const &line : LinesOf(*value)) {
+            field("", line);
+        }
     } else if (object.dwDataSize) {
         field("data", ReadableSize(object.dwDataSize));
     }

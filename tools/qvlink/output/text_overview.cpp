@@ -92,6 +92,10 @@ void PrintScan(Screen &screen, ScanSummary const &summary) {
     row("needs", summary.needs,
         ReadableCount(summary.missing) + " that nothing provides, " +
             ReadableCount(summary.located) + " libraries beyond the scanned paths");
+    if (summary.keys) {
+        row("keys", summary.keys, "");
+        row("values", summary.values, ReadableCount(summary.references) + " references to files");
+    }
     row("added", summary.added, "");
     row("changed", summary.changed, "");
     row("unchanged", summary.unchanged, "");

@@ -10,31 +10,30 @@ std::string Explanation(PathProtection const &path, std::string const &list) {
     if (path.below == 0) {
         return "";
     }
-    return path.below == 1 ? "1 protected file lies below it"
-                           : ReadableCount(path.below) + " protected files lie below it";
+    const char *const what = path.isKey ? "protected key" : "protected file";
+    return path.below == 1 ? std::string("1 ") + what + " lies below it"
+                           : ReadableCount(path.below) + ' ' + what + "s lie below it";
 }
 
 } // namespace
 
 std::string ListText(OwnList const &list) {
-    return list.family
-               ? "WIN_FILES " + std::to_string(list.family->files) + ", " + list.family->name
-               : "";
+    const char *const type = list.kind == lists::Kind::files ? "WIN_FILES " : "WIN_REGS ";
+    return list.family ? type + std::to_string(list.Id()) + ", " + list.family->name : "";
 }
 
-void PrintProtection(Screen &screen, OwnList const &list, std::vector<PathProtection> const &paths,
-                     bool verbose) {
-    std::string const name = ListText(list);
+void PrintProtection(Screen &screen, OwnLists const &lists,
+                     std::vector<PathProtection> const &paths, bool verbose) {
     Table table(screen);
     for (PathProtection const &path : paths) {
         if (!path.error.empty()) {
             continue;
         }
-        std::vector<Table::Cell> row{
-            {path.shown},
-            {path.isProtected ? "protected" : "not protected",
-             path.isProtected ? Colour::good : Colour::none},
-            {Explanation(path, name), path.IsLost() ? Colour::bad : Colour::dim}};
+        std::vector<Table::Cell> row{{path.shown},
+                                     {path.isProtected ? "protected" : "not protected",
+                                      path.isProtected ? Colour::good : Colour::none},
+                                     {Explanation(path, ListText(lists.Of(path))),
+                                      path.IsLost() ? Colour::bad : Colour::dim}};
         if (verbose) {
             row.push_back({path.line, Colour::dim});
         }
