@@ -26,8 +26,8 @@ constexpr const char *schema[] = {
     "CREATE UNIQUE INDEX vals_by_name ON vals(key, folded)",
 };
 constexpr const char *beginnings[] = {
+    "PRAGMA synchronous=OFF",
     "PRAGMA encoding='UTF-16le'",
-    "PRAGMA journal_mode=WAL",
     "PRAGMA application_id=1364613703",
     "PRAGMA user_version=1",
     "BEGIN",
@@ -37,6 +37,7 @@ constexpr const char *firstRows[] = {
     "INSERT INTO keys VALUES(0, x'0048004B004C004D', 1, 'HKLM', 0), "
     "(0, x'0048004B0055', 2, 'HKU', 0)",
     "COMMIT",
+    "PRAGMA journal_mode=WAL",
 };
 constexpr std::int64_t applicationId = 1364613703;
 constexpr std::int64_t storeVersion = 1;
@@ -235,8 +236,10 @@ Code Connection::MakeStore() {
         if (file < 0 && errno != EEXIST)
             return CodeOfHost(errno);
     }
-    close(file);
     Code code = Fill(name);
+    if (code == success && fsync(file) != 0)
+        code = CodeOfHost(errno);
+    close(file);
     if (code == success && link(name.c_str(), File().c_str()) != 0 && errno != EEXIST)
         code = rename(name.c_str(), File().c_str()) == 0 ? success : CodeOfHost(errno);
     unlink(name.c_str());

@@ -39,11 +39,8 @@ Code Store::Find(StoredKey const &parent, std::u16string_view name, StoredKey &k
         else if (find.Result() != success)
             return find.Result();
     }
-    if (found.id == 0) {
-        std::int64_t generation = 0;
-        Code const state = StateOf(parent, generation);
-        return state == success ? notFound : state;
-    }
+    if (found.id == 0)
+        return notFound;
     key = std::move(found);
     return success;
 }
@@ -107,17 +104,19 @@ Code Store::Delete(StoredKey const &parent, StoredKey const &key) {
             return any.Result();
     }
     {
-        Statement values(m_connection, Sql::DeleteValues);
-        values.Bind(1, key.id).Step();
-        if (values.Result() != success)
-            return values.Result();
-    }
-    {
         Statement remove(m_connection, Sql::DeleteKey);
         BindKey(remove, key);
         remove.Step();
         if (remove.Result() != success)
             return remove.Result();
+        if (m_connection.Changes() == 0)
+            return keyDeleted;
+    }
+    {
+        Statement values(m_connection, Sql::DeleteValues);
+        values.Bind(1, key.id).Step();
+        if (values.Result() != success)
+            return values.Result();
     }
     return NoteChange(parent);
 }

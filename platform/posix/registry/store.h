@@ -28,7 +28,7 @@ public:
 
     // Keys without parents, HKLM and HKU, are there if there is a store.
     Code FindTop(std::u16string_view name, StoredKey &key);
-    // Where there is none: 2, or 1018 if the parent isn't there either.
+    // Where there is none it is 2, also if the parent isn't there.
     Code Find(StoredKey const &parent, std::u16string_view name, StoredKey &key);
     Code Make(StoredKey const &parent, std::u16string_view name, StoredKey &key);
     Code Delete(StoredKey const &parent, StoredKey const &key);

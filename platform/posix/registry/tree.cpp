@@ -82,32 +82,40 @@ Code Tree::Child(Key const &of, std::u16string_view name, Key &child) {
     return code == notFound && child.place && child.place->shown ? success : code;
 }
 
+// Without the whole way, what was reached is the last key on it.
 Code Tree::Walk(Key const &from, std::u16string_view path, Key &reached) {
     if (!path.empty() && path.front() == u'\\')
         return badPath;
-    Key key = from;
-    key.isRoot = from.isRoot && path.empty();
+    reached = from;
+    reached.isRoot = from.isRoot && path.empty();
     while (!path.empty()) {
         Key child;
-        Code const code = Child(key, TakeName(path), child);
+        Code const code = Child(reached, TakeName(path), child);
         if (code != success)
             return code;
-        key = std::move(child);
+        reached = std::move(child);
     }
-    reached = std::move(key);
     return success;
+}
+
+// Where nothing is left to find, or nothing was found, a key may be gone itself.
+Code Tree::WalkExactly(Key &from, std::u16string_view path, Key &reached) {
+    Code code = Settle(from);
+    if (code == success)
+        code = Walk(from, path, reached);
+    bool const isFrom = reached.stored.id == from.stored.id;
+    if (isFrom && reached.IsStored() && (code == success || code == notFound)) {
+        std::int64_t generation = 0;
+        Code const state = m_store->StateOf(reached.stored, generation);
+        return state == success ? code : state;
+    }
+    return code;
 }
 
 Code Tree::Open(Key &from, std::u16string_view path, OpenKey &opened) {
     Lock const lock(m_mutex);
     auto reached = std::make_shared<Key>();
-    Code code = Settle(from);
-    if (code == success)
-        code = Walk(from, path, *reached);
-    if (code == success && path.empty() && reached->IsStored()) {
-        std::int64_t generation = 0;
-        code = m_store->StateOf(reached->stored, generation);
-    }
+    Code const code = WalkExactly(from, path, *reached);
     if (code == success)
         opened = std::move(reached);
     return code;
@@ -120,12 +128,13 @@ Code Tree::Duplicate(Key &key, OpenKey &duplicate) {
 }
 
 Code Tree::Create(Key &from, std::u16string_view path, OpenKey &opened, bool &made) {
-    OpenKey reached;
-    Code code = Open(from, path, reached);
+    Lock const lock(m_mutex);
+    auto reached = std::make_shared<Key>();
     bool fresh = false;
+    Code code = path.empty() ? WalkExactly(from, path, *reached) : Settle(from);
+    if (code == success && !path.empty())
+        code = Walk(from, path, *reached);
     if (code == notFound) {
-        Lock const lock(m_mutex);
-        reached = std::make_shared<Key>();
         Store::Change change(*m_store);
         code = change.Began();
         if (code == success)
@@ -176,9 +185,7 @@ Code Tree::MakeSelf(Key &key) {
 Code Tree::Delete(Key &from, std::u16string_view path) {
     Lock const lock(m_mutex);
     Key reached;
-    Code code = Settle(from);
-    if (code == success)
-        code = Walk(from, path, reached);
+    Code code = WalkExactly(from, path, reached);
     if (code != success)
         return code;
     if (!reached.IsStored() || reached.above.id == 0 || (reached.place && reached.place->shown))

@@ -103,6 +103,7 @@ private:
     Code FindBase(Key const &of, std::u16string_view name, Key &key);
     Code Child(Key const &of, std::u16string_view name, Key &child);
     Code Walk(Key const &from, std::u16string_view path, Key &reached);
+    Code WalkExactly(Key &from, std::u16string_view path, Key &reached);
     Code MakeBelow(Key &from, std::u16string_view path, Key &reached, bool &made);
     Code MakeChild(Key &of, std::u16string_view name, Key &child);
     Code MakeSelf(Key &key);
