@@ -26,6 +26,8 @@ constexpr Entry Entries[] = {
     {Command::listsUnpack, "lists unpack", RunListsUnpack},
     {Command::listsCheck, "lists check", RunListsCheck},
     {Command::listsDiff, "lists diff", RunListsDiff},
+    {Command::regImport, "reg import", RunRegImport},
+    {Command::regExport, "reg export", RunRegExport},
 };
 
 Entry const &EntryOf(Command command) {

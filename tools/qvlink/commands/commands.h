@@ -26,5 +26,7 @@ int RunListsPack(Request const &request);
 int RunListsUnpack(Request const &request);
 int RunListsCheck(Request const &request);
 int RunListsDiff(Request const &request);
+int RunRegImport(Request const &request);
+int RunRegExport(Request const &request);
 
 } // namespace qvlink

@@ -145,6 +145,34 @@ compared, unless --id names one. Exit code 0: alike. 1: there are differences.
 Examples:
   qvlink lists diff 101.txt libQVLinkDB.so --id 101
   qvlink lists diff QVLinkDB.dll libQVLinkDB.so)"},
+    {"reg", "Bring registration files into the registry, or write them",
+     R"(The registry is the system's own, on Linux that of the prefix in use. The files are
+those that Windows and Wine exchange, REGEDIT4 and version 5.00, and those in which
+a Wine prefix keeps its registry. No database is needed.
+
+Examples:
+  qvlink reg import ~/.wine            the whole registry of a prefix
+  qvlink reg import settings.reg
+  qvlink reg export 'HKLM\Software\Name' name.reg)"},
+    {"reg import", "Bring registration files into the registry",
+     R"(Of a Wine prefix system.reg, userdef.reg and user.reg are brought in. A line that
+can't be read is told with its number, and the rest is brought in all the same.
+On Linux a file goes in whole, or not at all if it can't be stored to its end.
+Exit code 0: all of it. 1: some lines can't be read. 2: a file can't be read, or
+the registry refused something.
+
+Examples:
+  qvlink reg import ~/.wine
+  qvlink reg import old.reg --code-page 1252
+  qvlink reg import ~/.wine/user.reg --into 'HKCU\Software\Copy')"},
+    {"reg export", "Write a key and all below it as a registration file",
+     R"(Windows and Wine read what is written, version 5.00 unless --form says otherwise.
+Exit code 0: all of it. 1: there is no such key, or something couldn't be written,
+which is told. 2: failure.
+
+Examples:
+  qvlink reg export 'HKCU\Software\Name' name.reg
+  qvlink reg export HKLM machine.reg --form 4 --code-page 1252)"},
 };
 
 } // namespace

@@ -156,9 +156,8 @@ void Importer::Take(RegistrationEntry &entry) {
 void Importer::FollowLinks() {
     CopyLinks(m_registry, m_links);
     for (KeyLink const &link : m_links) {
-        if (link.why.empty()) {
-            ++m_result.links;
-        } else {
+        m_result.links += link.isCopied ? 1 : 0;
+        if (!link.why.empty()) {
             Fault(link.line, link.key + ": " + link.why);
         }
     }

@@ -9,16 +9,18 @@ namespace qvlink {
 namespace {
 
 // Links to links multiply keys: a whole prefix has some ten thousand.
-constexpr std::size_t mostCopies = 500000;
+constexpr std::size_t mostCopies = 100000;
 constexpr std::size_t mostLinks = 500;
+constexpr std::uint32_t notFound = 2;
 
 class Copier {
 public:
     explicit Copier(Registry &registry) : m_registry(registry) {}
 
-    std::string Copy(std::string const &from, std::string const &to);
+    void Follow(KeyLink &link);
 
 private:
+    std::string Copy(std::string const &from, std::string const &to);
     std::uint32_t CopyValues(std::string const &from, std::string const &to);
 
     Registry &m_registry;
@@ -56,6 +58,16 @@ std::string Copier::Copy(std::string const &from, std::string const &to) {
     return why;
 }
 
+// A system that runs makes some keys anew each time, and has links to them in its files.
+void Copier::Follow(KeyLink &link) {
+    std::vector<std::string> names;
+    if (m_registry.ReadKeys(link.target, names) == notFound) {
+        return;
+    }
+    link.why = Copy(link.target, link.key);
+    link.isCopied = link.why.empty();
+}
+
 // Whether what a link leads to has yet to get the keys of another.
 bool IsAhead(KeyLink const &link, KeyLink const &of) {
     return IsAtOrBelow(link.key, of.target) || IsAtOrBelow(of.target, link.key);
@@ -86,7 +98,7 @@ void CopyLinks(Registry &registry, std::vector<KeyLink> &links) {
         auto const ready = std::find_if(waiting.begin(), waiting.end(), isReady);
         any = ready != waiting.end();
         if (any) {
-            (*ready)->why = copier.Copy((*ready)->target, (*ready)->key);
+            copier.Follow(**ready);
             waiting.erase(ready);
         }
     }

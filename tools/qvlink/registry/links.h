@@ -14,7 +14,9 @@ struct KeyLink {
     std::size_t line = 0;
     std::string key;    // with the root's short name, as the target
     std::string target; // empty: nowhere in the registry
-    std::string why;    // filled in by CopyLinks: why not; empty if it was copied
+    // Filled in by CopyLinks: why not, which a link to a key that isn't there needs not.
+    bool isCopied = false;
+    std::string why;
 };
 
 // A link to a link gets what that one leads to; a circle is not copied.
