@@ -56,6 +56,10 @@ double SecondsOf(std::string const &work); // of a load or an inflate, in this p
 // What loading the library adds to a program; sizes are runs.
 std::vector<Row> LoadTimes(int runs);
 
+// The registry, and a mounted hive, which has to come first; sizes are keys.
+std::vector<Contest> HiveContests(std::uint32_t keys);
+std::vector<Contest> RegistryContests(std::uint32_t keys);
+
 // Work that a single call does. Memory counts as changed between calls, so that none is left out.
 template <class Call> std::function<void(benchmark::State &)> Repeated(Call call) {
     return [call](benchmark::State &state) {

@@ -1,13 +1,13 @@
-// Registry hives that a test makes.
+// Registry hives that a test makes. What fails is thrown as std::runtime_error.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "temp_folder.h"
+using Bytes = std::vector<std::uint8_t>;
 
 // A hive with an empty root, by the format's own fields.
 Bytes EmptyHive();

@@ -1,6 +1,8 @@
 #include "hive_image.h"
 
-#include <gtest/gtest.h>
+#include <fstream>
+#include <stdexcept>
+
 #include <hivex.h>
 
 namespace {
@@ -68,6 +70,11 @@ void PutSecurity(Bytes &bytes) {
     Put(bytes, at + 24, 0x80000001); // an empty descriptor
 }
 
+void Expect(bool done, std::string const &otherwise) {
+    if (!done)
+        throw std::runtime_error("hive: " + otherwise);
+}
+
 } // namespace
 
 Bytes EmptyHive() {
@@ -93,7 +100,7 @@ struct HiveFile::State {
             std::string const name = key.substr(start, end - start);
             hive_node_h const child = hivex_node_get_child(hive.get(), node, name.c_str());
             node = child ? child : hivex_node_add_child(hive.get(), node, name.c_str());
-            EXPECT_NE(0u, node) << key;
+            Expect(node != 0, "no key " + key);
             start = end + 1;
         }
         return node;
@@ -106,16 +113,19 @@ struct HiveFile::State {
         set.t = type;
         set.len = bytes.size();
         set.value = bytes.data();
-        EXPECT_EQ(0, hivex_node_set_value(hive.get(), Node(key), &set, 0)) << key;
+        Expect(hivex_node_set_value(hive.get(), Node(key), &set, 0) == 0, "no value in " + key);
     }
 };
 
 HiveFile::HiveFile(std::filesystem::path path) : m_state(std::make_unique<State>()) {
     std::filesystem::create_directories(path.parent_path());
-    WriteBytes(path, EmptyHive());
+    Bytes const bytes = EmptyHive();
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<char const *>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
     m_state->path = std::move(path);
     m_state->hive.reset(hivex_open(m_state->path.c_str(), HIVEX_OPEN_WRITE));
-    EXPECT_NE(nullptr, m_state->hive.get());
+    Expect(m_state->hive != nullptr, "no hive");
 }
 
 HiveFile::~HiveFile() = default;
@@ -144,4 +154,6 @@ HiveFile &HiveFile::SetLink(std::string const &key, std::string const &target) {
     return *this;
 }
 
-void HiveFile::Write() { EXPECT_EQ(0, hivex_commit(m_state->hive.get(), nullptr, 0)); }
+void HiveFile::Write() {
+    Expect(hivex_commit(m_state->hive.get(), nullptr, 0) == 0, "not written");
+}
