@@ -121,7 +121,7 @@ void Importer::Link(RegistrationEntry const &entry) {
     if (target && !m_into.empty() && root && IsAtOrBelow(*target, *root)) {
         target = m_into + target->substr(root->size());
     }
-    m_links.push_back({entry.line, m_key, target.value_or(""), {}});
+    m_links.push_back({entry.line, m_key, target.value_or(""), false, {}});
 }
 
 void Importer::Take(RegistrationEntry &entry) {
