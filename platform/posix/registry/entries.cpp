@@ -96,7 +96,8 @@ Code Tree::NextMerged(Key const &key, std::string const &after, std::u16string &
     if (!place && code == noMoreItems)
         return code;
     bool const takePlace = place && (code == noMoreItems || placeFolded <= otherFolded);
-    name = takePlace ? place->name : other;
+    bool const both = takePlace && placeFolded == otherFolded;
+    name = takePlace && (place->hive || !both) ? place->name : other;
     folded = takePlace ? placeFolded : otherFolded;
     return success;
 }

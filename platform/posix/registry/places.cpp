@@ -62,9 +62,9 @@ Place *Places::At(Place *from, std::u16string_view path) {
         auto &place = from->below[Folded(name)];
         if (!place) {
             place = std::make_unique<Place>();
-            place->name = name;
             place->above = from;
         }
+        place->name = name; // as it was told last
         from = place.get();
     }
     return from;
