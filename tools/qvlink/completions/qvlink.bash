@@ -1,8 +1,8 @@
 # Completion of qvlink for bash.
 
 _qvlink() {
-    local commands='scan deps refs find show missing why stats verify export protected lists'
-    local lists='capture pack unpack check diff'
+    local commands='scan deps refs find show missing why stats verify export protected lists reg'
+    local lists='capture pack unpack check diff' reg='import export'
     local common='--db --db-paths --json -v --verbose -h --help'
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' list='' i
     COMPREPLY=()
@@ -13,7 +13,7 @@ _qvlink() {
         *)
             if [[ -z $command ]]; then
                 command=${COMP_WORDS[i]}
-                [[ $command == lists ]] || break
+                [[ $command == lists || $command == reg ]] || break
             else
                 list=${COMP_WORDS[i]}
                 break
@@ -40,7 +40,11 @@ _qvlink() {
         mapfile -t COMPREPLY < <(compgen -W '101 102 103 104 105 110 111 112 113 114' -- "$word")
         return
         ;;
-    --top | --without) return ;;
+    --form)
+        mapfile -t COMPREPLY < <(compgen -W '4 5' -- "$word")
+        return
+        ;;
+    --top | --without | --into | --code-page) return ;;
     esac
     if [[ -z $command ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$commands $common --version" -- "$word")
@@ -48,6 +52,10 @@ _qvlink() {
     fi
     if [[ $command == lists && -z $list ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$lists $common" -- "$word")
+        return
+    fi
+    if [[ $command == reg && -z $list ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$reg $common" -- "$word")
         return
     fi
     if [[ $word == -* ]]; then
@@ -62,6 +70,8 @@ _qvlink() {
         'lists pack') own='-o --output' ;;
         'lists unpack') own='--id -o --output' ;;
         'lists check' | 'lists diff') own='--id' ;;
+        'reg import') own='--into --code-page' ;;
+        'reg export') own='--form --code-page' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$common $own" -- "$word")
         return
@@ -71,7 +81,7 @@ _qvlink() {
         return
     fi
     case $command in
-    scan | deps | refs | show | why | export | protected | lists)
+    scan | deps | refs | show | why | export | protected | lists | reg)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         ;;

@@ -1,6 +1,6 @@
 # Completion of qvlink for fish.
 
-set -l commands scan deps refs find show missing why stats verify export protected lists
+set -l commands scan deps refs find show missing why stats verify export protected lists reg
 set -l lists capture pack unpack check diff
 
 complete -c qvlink -f
@@ -24,6 +24,7 @@ complete -c qvlink -n $first -a verify -d 'Check the database file'
 complete -c qvlink -n $first -a export -d 'Write the whole graph in another format'
 complete -c qvlink -n $first -a protected -d 'Tell whether files belong to the operating system'
 complete -c qvlink -n $first -a lists -d 'Make, check and compare protected lists'
+complete -c qvlink -n $first -a reg -d 'Bring registration files into the registry, or write them'
 
 complete -c qvlink -n '__fish_seen_subcommand_from scan deps refs show why protected' -F
 complete -c qvlink -n '__fish_seen_subcommand_from deps refs' -l direct -d 'Only direct ones'
@@ -31,9 +32,9 @@ complete -c qvlink -n '__fish_seen_subcommand_from deps' -l tree -d 'Show who as
 complete -c qvlink -n '__fish_seen_subcommand_from find' -l type -d 'Only objects of this type' \
     -xa 'drive folder file symlink special name runpath pinned hive key value'
 complete -c qvlink -n '__fish_seen_subcommand_from stats' -l top -d 'How many files to list' -x
-complete -c qvlink -n '__fish_seen_subcommand_from export' -l format -d 'The format' \
+complete -c qvlink -n '__fish_seen_subcommand_from export; and not __fish_seen_subcommand_from reg' -l format -d 'The format' \
     -xa 'dot graphml jsonl csv'
-complete -c qvlink -n '__fish_seen_subcommand_from export' -s o -l output -d 'Where to write' -rF
+complete -c qvlink -n '__fish_seen_subcommand_from export; and not __fish_seen_subcommand_from reg' -s o -l output -d 'Where to write' -rF
 complete -c qvlink -n '__fish_seen_subcommand_from find' -l protected \
     -d 'Only files of the operating system'
 
@@ -54,3 +55,15 @@ complete -c qvlink -n "$within; and __fish_seen_subcommand_from unpack check dif
     -d 'The list of this number' -xa '101 102 103 104 105 110 111 112 113 114'
 complete -c qvlink -n "$within; and __fish_seen_subcommand_from capture pack unpack" -s o \
     -l output -d 'Where to write' -rF
+
+set -l within '__fish_seen_subcommand_from reg'
+set -l second "$within; and not __fish_seen_subcommand_from import export"
+complete -c qvlink -n $second -a import -d 'Bring registration files into the registry'
+complete -c qvlink -n $second -a export -d 'Write a key as a registration file'
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from import export" -F
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from import" -l into \
+    -d 'The key that takes the place of the roots' -x
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from export" -l form \
+    -d 'The form of the file' -xa '4 5'
+complete -c qvlink -n "$within; and __fish_seen_subcommand_from import export" -l code-page \
+    -d 'Of the texts of REGEDIT4' -x
