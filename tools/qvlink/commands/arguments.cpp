@@ -8,7 +8,8 @@
 namespace qvlink {
 namespace {
 
-const char PathHelp[] = "A file or folder, or a bare name that programs ask for";
+const char PathHelp[] =
+    "A file or folder, a registry key or value, or a bare name that programs ask for";
 
 class Grammar {
 public:
@@ -97,7 +98,7 @@ private:
             ->check(CLI::IsMember(FindTypes()))
             ->type_name("TYPE");
         find->add_flag("--protected", m_request.onlyProtected,
-                       "Only files that belong to the operating system");
+                       "Only files and keys that belong to the operating system");
         AddPathCommand("show", Command::show);
         AddCommand("why", Command::why)
             ->add_option("A B", m_request.paths, "Two files; the chain leads from A to B")
@@ -130,7 +131,7 @@ private:
 
     void AddProtected() {
         AddCommand("protected", Command::protectedPaths)
-            ->add_option("PATH", m_request.paths, "Files to ask about")
+            ->add_option("PATH", m_request.paths, "Files and keys to ask about")
             ->required()
             ->type_name("");
     }

@@ -10,28 +10,34 @@ const CommandHelp Helps[] = {
     {"scan", "Put folders and their files into the graph, or bring them up to date",
      R"(Walks the folders, reads what programs need, and stores it. What is there
 already and hasn't changed isn't read again; what has vanished leaves the
-graph. Symbolic links are kept as links and never followed.
+graph. Symbolic links are kept as links and never followed. Of the registry, keys
+and values go in, and a value is linked to the files of the graph that it names.
 
 Examples:
   qvlink scan /usr/bin /usr/lib     put two trees into the graph
   qvlink scan .                     bring the current folder up to date
   qvlink scan -v /opt               list what couldn't be read
-  qvlink --db /tmp/graph scan /srv  into a database of its own)"},
+  qvlink --db /tmp/graph scan /srv  into a database of its own
+  qvlink scan ~/.wine/drive_c --registry HKLM HKCU
+                                    files first, then keys)"},
     {"deps", "Tell what a program needs",
      R"(All libraries that the program comes to need, those of its libraries
 included. A symbolic link stands for the program it leads to. For a folder:
-what the programs below it need from outside of it.
+what the programs below it need from outside of it. For a registry value or key:
+the files that it, or a value below it, names, and what these need.
 
 Examples:
   qvlink deps /usr/bin/bash            everything that bash needs
   qvlink deps --direct /usr/bin/bash   only what it asks for itself
   qvlink deps --tree /usr/bin/bash     who asks for what
   qvlink deps -v /usr/bin/bash         where each was found, and why there
+  qvlink deps 'HKLM\Software\Classes'  what values below the key name
   qvlink deps --json ./setup.exe       for other programs)"},
     {"refs", "Tell who needs a file",
      R"(All programs and libraries that need the file, through others too, by a link
-or by its bare name. For a folder: who outside of it needs something below it.
-A bare name stands for all that ask for it.
+or by its bare name, and the registry values that name one of them. For a folder:
+who outside of it needs something below it. A bare name stands for all that ask
+for it.
 
 Examples:
   qvlink refs /usr/lib/x86_64-linux-gnu/libstdc++.so.6
@@ -40,19 +46,22 @@ Examples:
     {"find", "Find objects by name",
      R"(The pattern is for the whole name: * stands for any text and ? for one
 character. Case doesn't matter. Types are drive, folder, file, symlink,
-special, name and runpath; file takes in folders and symbolic links.
+special, name, runpath, hive, key and value; file takes in folders and symbolic
+links. A key's own value has the name @.
 
 Examples:
   qvlink find 'libssl*'
   qvlink find '*.exe' --type file
   qvlink find -v 'python?'             with kind and size
-  qvlink find '*.dll' --protected      those of the operating system)"},
+  qvlink find '*.dll' --protected      those of the operating system
+  qvlink find 'Run*' --type key)"},
     {"show", "Show all that the graph knows of one object",
      R"(Its fields, its data, and its links in both directions.
 
 Examples:
   qvlink show /usr/bin/bash
   qvlink show KERNEL32.dll             a name that programs ask for
+  qvlink show 'HKLM\Software\Microsoft\Windows\CurrentVersion\ProgramFilesDir'
   qvlink show --json /usr/lib)"},
     {"missing", "List the names that nothing provides, and who asks for them",
      R"(For a Windows program, or library, names are looked for as if it were started
@@ -90,15 +99,16 @@ Examples:
   qvlink export --format jsonl | jq 'select(.type == "needs")'
   qvlink export --format graphml -o graph.graphml
   qvlink export --format csv -o /tmp/import)"},
-    {"protected", "Tell whether files belong to the operating system",
-     R"(Asks the library, which knows its system's files by name. A protected folder
-doesn't protect what is below it, and a folder that isn't protected may lead to
-files that are. No database is needed. Exit code 0: some path is protected.
+    {"protected", "Tell whether files and registry keys belong to the operating system",
+     R"(Asks the library, which knows its system's files and keys by name. A protected
+folder or key doesn't protect what is below it, and one that isn't protected may
+lead to some that are. No database is needed. Exit code 0: some path is protected.
 1: none is. 2: some path couldn't be asked about.
 
 Examples:
   qvlink protected --db-paths 'C:\windows\system32\kernel32.dll'
   qvlink protected ~/.wine/drive_c/windows/*
+  qvlink protected 'HKLM\SYSTEM' 'HKEY_CURRENT_USER\Software'
   qvlink protected -v setup.exe        with the line of the list
   qvlink protected --json *.dll        for other programs)"},
     {"lists", "Make, check and compare the lists of protected files and keys",

@@ -21,6 +21,16 @@ _qvlink() {
             ;;
         esac
     done
+    if [[ $command == scan ]]; then
+        # Behind --registry stand keys up to the next option.
+        for ((i = COMP_CWORD - 1; i > 0; --i)); do
+            [[ ${COMP_WORDS[i]} != -* ]] || break
+        done
+        if [[ ${COMP_WORDS[i]} == --registry && $word != -* ]]; then
+            mapfile -t COMPREPLY < <(compgen -W 'HKLM HKCU HKCR HKU HKCC' -- "$word")
+            return
+        fi
+    fi
     case $before in
     --db | --from)
         compopt -o filenames 2>/dev/null
@@ -61,6 +71,7 @@ _qvlink() {
     if [[ $word == -* ]]; then
         local own=''
         case $command${list:+ $list} in
+        scan) own='--registry' ;;
         deps) own='--direct --tree' ;;
         refs) own='--direct' ;;
         find) own='--type --protected' ;;

@@ -22,11 +22,12 @@ complete -c qvlink -n $first -a why -d 'Show a shortest chain of needs'
 complete -c qvlink -n $first -a stats -d 'Count what is in the graph'
 complete -c qvlink -n $first -a verify -d 'Check the database file'
 complete -c qvlink -n $first -a export -d 'Write the whole graph in another format'
-complete -c qvlink -n $first -a protected -d 'Tell whether files belong to the operating system'
+complete -c qvlink -n $first -a protected -d 'Tell whether files and keys belong to the operating system'
 complete -c qvlink -n $first -a lists -d 'Make, check and compare protected lists'
 complete -c qvlink -n $first -a reg -d 'Bring registration files into the registry, or write them'
 
 complete -c qvlink -n '__fish_seen_subcommand_from scan deps refs show why protected' -F
+complete -c qvlink -n '__fish_seen_subcommand_from scan' -l registry -d 'Keys to put into the graph' -xa 'HKLM HKCU HKCR HKU HKCC'
 complete -c qvlink -n '__fish_seen_subcommand_from deps refs' -l direct -d 'Only direct ones'
 complete -c qvlink -n '__fish_seen_subcommand_from deps' -l tree -d 'Show who asks for what'
 complete -c qvlink -n '__fish_seen_subcommand_from find' -l type -d 'Only objects of this type' \
