@@ -17,6 +17,11 @@ namespace {
 
 constexpr std::uint64_t manyAllocations = 20000;
 
+// While one path lives the installer stays loaded, and doesn't come and go with each other one.
+class PathsWithoutMemory : public testing::Test {
+    OpenPath m_first;
+};
+
 // Runs the work with each of its allocations failing in turn, alone or with all behind it.
 // The work makes all it needs and keeps nothing.
 void ExpectNothingLost(std::function<void()> const &work) {
@@ -67,14 +72,14 @@ char const longText[] = "one\\two\\three\\four\\five\\six\\seven\\eight\\nine\\t
 
 } // namespace
 
-TEST(PathsWithoutMemory, Arent_made) {
+TEST_F(PathsWithoutMemory, Arent_made) {
     ExpectNothingLost([] { OpenPath const path; });
     ExpectNothingLost([] { OpenPath const path(std::string("C:\\a\\") + longText); });
     ExpectNothingLost([] { OpenPath const path(longText); });
     ExpectNothingLost([] { OpenPath const path(std::string("HKLM\\") + longText); });
 }
 
-TEST(PathsWithoutMemory, Arent_copied) {
+TEST_F(PathsWithoutMemory, Arent_copied) {
     OpenPath const path(longText);
     ExpectNothingLost([&path] { OpenPath const copy(path); });
     ExpectNothingLost([&path] {
@@ -83,7 +88,7 @@ TEST(PathsWithoutMemory, Arent_copied) {
     });
 }
 
-TEST(PathsWithoutMemory, Throw_no_more_than_that) {
+TEST_F(PathsWithoutMemory, Throw_no_more_than_that) {
     ExpectNothingLost([] {
         try {
             OpenPath const path("", 1);
@@ -92,7 +97,7 @@ TEST(PathsWithoutMemory, Throw_no_more_than_that) {
     });
 }
 
-TEST(PathsWithoutMemory, Can_be_set_again) {
+TEST_F(PathsWithoutMemory, Can_be_set_again) {
     ExpectUsableAfter([](OpenPath &path) { path.SetDir(longText); });
     ExpectUsableAfter([](OpenPath &path) { path.SetKey("HKEY_CURRENT_USER\\Software\\x"); });
     ExpectUsableAfter([](OpenPath &path) { path.SetDir("..\\..\\one\\two\\three\\four\\five"); });
@@ -101,14 +106,14 @@ TEST(PathsWithoutMemory, Can_be_set_again) {
         [](OpenPath &path) { path.SetDir("C:\\\\twice\\\\separated\\\\components"); });
 }
 
-TEST(PathsWithoutMemory, Can_be_added_to_again) {
+TEST_F(PathsWithoutMemory, Can_be_added_to_again) {
     ExpectUsableAfter([](OpenPath &path) { path.AddToPath(longText); });
     ExpectUsableAfter([](OpenPath &path) { path.AddToPath("D:\\one\\two\\three\\four\\five"); });
     ExpectUsableAfter([](OpenPath &path) { path.AddToPath("..\\one\\two\\three\\four\\five"); });
     ExpectUsableAfter([](OpenPath &path) { path += path; });
 }
 
-TEST(PathsWithoutMemory, Can_still_be_climbed) {
+TEST_F(PathsWithoutMemory, Can_still_be_climbed) {
     ExpectUsableAfter([](OpenPath &path) {
         UtilsString parent;
         char text[100];
@@ -122,7 +127,7 @@ TEST(PathsWithoutMemory, Can_still_be_climbed) {
     });
 }
 
-TEST(PathsWithoutMemory, Keep_their_text_while_they_are_climbed) {
+TEST_F(PathsWithoutMemory, Keep_their_text_while_they_are_climbed) {
     OpenPath path("C:\\a\\long\\path\\of\\several\\components");
     for (std::uint64_t number = 1; number < manyAllocations; ++number) {
         AllocationWatch const watch(Fail::One, number);
@@ -138,7 +143,7 @@ TEST(PathsWithoutMemory, Keep_their_text_while_they_are_climbed) {
     FAIL() << "no end of allocations";
 }
 
-TEST(PathsWithoutMemory, Divide_no_names) {
+TEST_F(PathsWithoutMemory, Divide_no_names) {
     ExpectNothingLost([] {
         UtilsString name;
         UtilsString ext;
