@@ -4,8 +4,9 @@
 
 namespace {
 
-constexpr const char *Commands[] = {"scan",    "deps",  "refs",   "find",   "show",      "why",
-                                    "missing", "stats", "verify", "export", "protected", "lists"};
+constexpr const char *Commands[] = {"scan",      "deps",    "refs",  "find",   "show",
+                                    "why",       "missing", "stats", "verify", "export",
+                                    "protected", "lists",   "reg"};
 
 void ExpectTold(Outcome const &outcome, long exitCode, std::string const &piece) {
     EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;

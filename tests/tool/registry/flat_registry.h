@@ -1,7 +1,7 @@
 // A registry in memory: keys by their paths in the case that they were made in.
 #pragma once
 
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 
 #include <cstdint>
 #include <map>

@@ -1,7 +1,7 @@
 // A registry that a test makes up.
 #pragma once
 
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 
 #include <map>
 #include <memory>

@@ -5,7 +5,7 @@
 #include "commands/session.h"
 #include "output/text.h"
 #include "platform/host.h"
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 
 #include <chrono>
 #include <iostream>

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 #include "registry/code_page.h"
 #include "registry/lines.h"
 #include "registry/scanning.h"

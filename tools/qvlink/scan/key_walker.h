@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "answer/place.h"
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 #include "scan/named_files.h"
 #include "scan/session.h"
 

@@ -11,7 +11,7 @@
 
 #include "answer/place.h"
 #include "platform/host.h"
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 
 namespace qvlink {
 

@@ -1,4 +1,4 @@
-#include "platform/registry.h"
+#include "platform/system_registry.h"
 
 #include <windows.h>
 
