@@ -164,7 +164,7 @@ int CUtilsPath::SetPath(UtilsString const &input, UtilsString const &base) {
     MakeUNCName();
     path.SetCase(0);
     if (IsAFile())
-        dirSize = GetFileSize();
+        dirSize = static_cast<LONGLONG>(GetFileSize());
     return 1;
 }
 
