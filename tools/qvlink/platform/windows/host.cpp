@@ -1,5 +1,7 @@
 #include "platform/host.h"
 
+#include "platform/windows/text.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
