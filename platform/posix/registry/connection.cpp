@@ -276,6 +276,26 @@ sqlite3_stmt *Connection::Prepare(Sql sql, Code &code) {
     return m_statements[number];
 }
 
+namespace {
+
+// Whether the last that failed on the store's file or its log was for want of room.
+bool FailedForRoom(sqlite3 *database) {
+    if (!database)
+        return false;
+    for (int const which : {SQLITE_FCNTL_FILE_POINTER, SQLITE_FCNTL_JOURNAL_POINTER}) {
+        sqlite3_file *file = nullptr;
+        int error = 0;
+        if (sqlite3_file_control(database, "main", which, &file) == SQLITE_OK && file &&
+            file->pMethods &&
+            file->pMethods->xFileControl(file, SQLITE_FCNTL_LAST_ERRNO, &error) == SQLITE_OK &&
+            CodeOfHost(error) == diskFull)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 Code Connection::CodeOf(int result) const {
     switch (result & 0xff) {
     case SQLITE_OK:
@@ -294,10 +314,10 @@ Code Connection::CodeOf(int result) const {
         return diskFull;
     case SQLITE_CANTOPEN:
         return cantOpen;
-    case SQLITE_IOERR: {
-        Code const code = m_database ? CodeOfHost(sqlite3_system_errno(m_database)) : inputOutput;
-        return result == SQLITE_IOERR_NOMEM ? noMemory : code == diskFull ? code : inputOutput;
-    }
+    case SQLITE_IOERR:
+        return result == SQLITE_IOERR_NOMEM                                ? noMemory
+               : result == SQLITE_IOERR_WRITE && FailedForRoom(m_database) ? diskFull
+                                                                           : inputOutput;
     default:
         return corrupt;
     }
