@@ -155,9 +155,11 @@ private:
     void Adopt(HKEY fresh);
     void GiveUpKey();
     HKEY Duplicate(HKEY key) const;
-    bool OpenFrom(HKEY key, const UtilsString &subKey, HKEY &opened);
-    bool CreateFrom(HKEY key, const UtilsString &subKey, HKEY &created);
-    void CreateSteps(const UtilsString &keyPath);
+    int TakeRoot(std::string &text); // as ParseOutPath
+    void StandOn(std::string below);
+    bool OpenFrom(HKEY key, const char *subKey, HKEY &opened);
+    bool CreateFrom(HKEY key, const char *subKey, HKEY &created);
+    void CreateSteps(const std::string &below);
     bool OpenOrCreate(const UtilsString &keyPath, int create, int stepwise);
     [[noreturn]] void Throw(const UtilsString &condition, unsigned long line);
     bool CanUse(const UtilsString &name) const { return name.size() != 0 && currentKey; }

@@ -47,14 +47,11 @@ void RemoveLeading(UtilsString &text, char value) {
         text.TruncateStringAtPosition(count, 0);
 }
 
-// The strings from one to another, joined by a dot.
-UtilsString Joined(UtilsString const &parts, unsigned long from, unsigned long to) {
-    UtilsString text;
-    for (unsigned long i = from; i < to; ++i) {
-        if (i != from)
-            text.Append('.');
-        text.Append(parts.GetStringNumber(i));
-    }
+// Those from one to another, joined by a dot.
+std::string Joined(std::vector<std::string> const &parts, std::size_t from, std::size_t to) {
+    std::string text;
+    for (std::size_t i = from; i < to; ++i)
+        text += (i == from ? "" : ".") + parts[i];
     return text;
 }
 
@@ -180,7 +177,7 @@ void CUtilsPath::MakeUNCName() {
 
 // Components and parents
 
-UtilsString CUtilsPath::UGetDrive() const { return Components(path).GetStringNumber(0); }
+UtilsString CUtilsPath::UGetDrive() const { return Components(ViewOf(path)).front(); }
 
 char const *CUtilsPath::GetDrive() {
     firstComponent = UGetDrive();
@@ -253,14 +250,12 @@ int CUtilsPath::SetPathToSubDir() {
 int CUtilsPath::GetFileNameFromPath(UtilsString const &fullPath, UtilsString &name,
                                     UtilsString &ext, int firstDot) {
     int const caseSetting = fullPath.GetCase();
-    UtilsString const components = Components(fullPath);
-    UtilsString const parts =
-        Components(components.GetStringNumber(components.GetNumberOfStrings() - 1), '.');
-    unsigned long const count = parts.GetNumberOfStrings();
+    std::vector<std::string> const parts = Components(Components(ViewOf(fullPath)).back(), '.');
+    std::size_t const count = parts.size();
     bool const divided = count >= 2;
-    unsigned long const middle = firstDot ? 1 : count - 1;
-    name = static_cast<char const *>(divided ? Joined(parts, 0, middle) : UtilsString());
-    ext = static_cast<char const *>(divided ? Joined(parts, middle, count) : UtilsString());
+    std::size_t const middle = firstDot ? 1 : count - 1;
+    name = divided ? Joined(parts, 0, middle) : std::string();
+    ext = divided ? Joined(parts, middle, count) : std::string();
     name.SetCase(caseSetting);
     ext.SetCase(caseSetting);
     return divided ? 1 : 0;

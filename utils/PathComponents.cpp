@@ -1,7 +1,6 @@
 #include "PathComponents.h"
 
 #include <algorithm>
-#include <string>
 
 namespace UTILS {
 
@@ -12,21 +11,16 @@ UtilsString Selected(UtilsString const &text) {
 }
 
 // A split of the string's own would keep the second of two separators in a row.
-UtilsString Components(UtilsString const &text, char separator) {
-    std::string const whole(text.Retrieve(), text.size());
-    UtilsString parts;
-    bool isFirst = true;
-    for (std::size_t begin = 0; begin < whole.size();) {
-        std::size_t const end = std::min(whole.find(separator, begin), whole.size());
-        if (end != begin) {
-            std::string const part = whole.substr(begin, end - begin);
-            isFirst ? parts = part : parts.AddString(part);
-            isFirst = false;
-        }
+std::vector<std::string> Components(std::string_view text, char separator) {
+    std::vector<std::string> parts;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t const end = std::min(text.find(separator, begin), text.size());
+        if (end != begin)
+            parts.emplace_back(text.substr(begin, end - begin));
         begin = end + 1;
     }
-    if (isFirst)
-        parts = whole;
+    if (parts.empty())
+        parts.emplace_back(text);
     return parts;
 }
 

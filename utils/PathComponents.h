@@ -3,12 +3,18 @@
 
 #include "UtilsString.h"
 
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace UTILS {
 
+// The text of the selected string.
+inline std::string_view ViewOf(UtilsString const &text) { return {text.Retrieve(), text.size()}; }
 // The selected string alone, without cursors, and with default settings.
 UtilsString Selected(UtilsString const &text);
-// Its components as strings of their own, the first one selected; empty ones don't count. A
-// text without any is its own component.
-UtilsString Components(UtilsString const &text, char separator = '\\');
+// What lies between separators; empty components don't count. A text without any is its own
+// component, so there is always one.
+std::vector<std::string> Components(std::string_view text, char separator = '\\');
 
 } // namespace UTILS

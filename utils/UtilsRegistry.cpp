@@ -2,12 +2,14 @@
 #include "UtilsRegistry.h"
 
 #include "Diag.h"
-#include "std_exception.h"
 #include "PathComponents.h"
+#include "std_exception.h"
 
 #include "platform/winapi.h"
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace UTILS {
 namespace {
@@ -38,10 +40,23 @@ bool IsRoot(HKEY key) {
     return false;
 }
 
-UtilsString WithValue(const char *condition, const UtilsString &value) {
-    UtilsString text(condition);
-    text.Append("; value:  ").Append(value);
-    return text;
+std::string WithValue(const char *condition, const std::string &value) {
+    return std::string(condition) + "; value:  " + value;
+}
+
+// Without regard to case.
+bool IsName(std::string_view text, std::string_view name) {
+    return text.size() == name.size() &&
+           std::equal(text.begin(), text.end(), name.begin(), [](char left, char right) {
+               return (letters::IsLower(left) ? letters::ToUpper(left) : left) == right;
+           });
+}
+
+// The path below the root as the system takes it: without the backslash at its end.
+std::string WithoutSlash(std::string below) {
+    if (!below.empty())
+        below.pop_back();
+    return below;
 }
 
 } // namespace
@@ -50,11 +65,11 @@ UtilsRegistry::UtilsRegistry() : UtilsRegistry(HKEY_LOCAL_MACHINE, "", 0, 0) {}
 
 UtilsRegistry::UtilsRegistry(const UtilsString &keyPath, int create, int stepwise) {
     Init();
-    UtilsString below = Selected(keyPath);
-    if (!below)
+    std::string below(ViewOf(keyPath));
+    if (below.empty())
         throw std::invalid_argument(
             FormatThrowText("Inavlid Argument Passed", "Parameter 1 is NULL", SOURCE, 294));
-    if (!ParseOutPath(below))
+    if (!TakeRoot(below))
         Throw(WithValue("The registry path is invalid.  No Root Key designation", below), 299);
     if (!OpenOrCreate(below, create, stepwise))
         Throw(WithValue(create ? cannotCreate : cannotOpen, below), create ? 307 : 315);
@@ -122,24 +137,35 @@ void UtilsRegistry::Throw(const UtilsString &condition, unsigned long line) {
 // Paths
 
 int UtilsRegistry::ParseOutPath(UtilsString &text) {
-    if (!text)
+    std::string below(ViewOf(text));
+    int const hasRoot = TakeRoot(below);
+    text = below;
+    return hasRoot;
+}
+
+int UtilsRegistry::TakeRoot(std::string &text) {
+    if (text.empty())
         return 0;
-    UtilsString parts = Components(text);
-    parts.SetCase(0);
+    std::vector<std::string> const parts = Components(text);
     for (Root const &root : roots) {
-        bool const isShort = parts == root.names[0];
-        if (!isShort && parts != root.names[1])
+        bool const isShort = IsName(parts.front(), root.names[0]);
+        if (!isShort && !IsName(parts.front(), root.names[1]))
             continue;
         rootKey = root.key;
         longForm = isShort ? 0 : 1;
-        text.Erase();
-        for (unsigned long i = 1; i < parts.GetNumberOfStrings(); ++i)
-            text.Append(parts.GetStringNumber(i)).Append('\\');
+        text.clear();
+        for (std::size_t i = 1; i < parts.size(); ++i)
+            text += parts[i] + '\\';
         return 1;
     }
-    if (text.RetrieveChar(text.size() - 1) != '\\')
-        text.Append('\\');
+    if (text.back() != '\\')
+        text += '\\';
     return 0;
+}
+
+void UtilsRegistry::StandOn(std::string below) {
+    TakeRoot(below);
+    path = below;
 }
 
 UtilsString UtilsRegistry::GetRootPath(int form) const {
@@ -189,13 +215,13 @@ void UtilsRegistry::Adopt(HKEY fresh) {
     }
 }
 
-bool UtilsRegistry::OpenFrom(HKEY key, const UtilsString &subKey, HKEY &opened) {
+bool UtilsRegistry::OpenFrom(HKEY key, const char *subKey, HKEY &opened) {
     opened = nullptr;
     lastError = win::RegOpenKeyExA(key, subKey, 0, access, &opened);
     return lastError == ERROR_SUCCESS;
 }
 
-bool UtilsRegistry::CreateFrom(HKEY key, const UtilsString &subKey, HKEY &created) {
+bool UtilsRegistry::CreateFrom(HKEY key, const char *subKey, HKEY &created) {
     DWORD done = 0;
     created = nullptr;
     lastError = win::RegCreateKeyExA(key, subKey, 0, nullptr, 0, access, nullptr, &created, &done);
@@ -206,21 +232,19 @@ bool UtilsRegistry::CreateFrom(HKEY key, const UtilsString &subKey, HKEY &create
 }
 
 int UtilsRegistry::RegOpenKeyA(const UtilsString &keyPath) {
-    UtilsString below = Selected(keyPath);
+    std::string below(ViewOf(keyPath));
     HKEY const rootBefore = rootKey;
-    ParseOutPath(below);
-    if (below.size() != 0)
-        below.TruncateString(1);
+    TakeRoot(below);
+    below = WithoutSlash(std::move(below));
     HKEY opened = nullptr;
-    if (!OpenFrom(rootKey, below, opened)) {
+    if (!OpenFrom(rootKey, below.c_str(), opened)) {
         rootKey = rootBefore;
         return 0;
     }
-    if (below.size() == 0 && opened != rootKey)
+    if (below.empty() && opened != rootKey)
         win::RegCloseKey(opened); // the root itself serves
-    Adopt(below.size() == 0 ? rootKey : opened);
-    path = below;
-    ParseOutPath(path);
+    Adopt(below.empty() ? rootKey : opened);
+    StandOn(std::move(below));
     return 1;
 }
 
@@ -229,44 +253,41 @@ int UtilsRegistry::RegOpenSubKey(const UtilsString &subKey) {
     if (!CanUse(subKey) || !OpenFrom(currentKey, subKey, opened))
         return 0;
     Adopt(opened);
-    path.Append(subKey);
-    ParseOutPath(path);
+    StandOn(std::string(ViewOf(path)).append(ViewOf(subKey)));
     return 1;
 }
 
 // The path meanwhile grows behind what it was, and is set when all steps are done.
-void UtilsRegistry::CreateSteps(const UtilsString &keyPath) {
-    UtilsString parts = Components(keyPath);
+void UtilsRegistry::CreateSteps(const std::string &below) {
+    std::vector<std::string> const parts = Components(below);
     HKEY created = nullptr;
-    if (!CreateFrom(rootKey, parts, created))
+    if (!CreateFrom(rootKey, parts.front().c_str(), created))
         return;
     Adopt(created);
-    for (unsigned long i = 1; i < parts.GetNumberOfStrings(); ++i)
-        if (!RegCreateSubKey(parts.GetStringNumber(i), 1))
+    for (std::size_t i = 1; i < parts.size(); ++i)
+        if (!RegCreateSubKey(parts[i], 1))
             return;
 }
 
 int UtilsRegistry::RegCreateKeyA(const UtilsString &keyPath, int stepwise) {
-    UtilsString below = Selected(keyPath);
+    std::string below(ViewOf(keyPath));
     HKEY const rootBefore = rootKey;
-    if (!below)
+    if (below.empty())
         return 0;
-    ParseOutPath(below);
-    if (below.size() != 0)
-        below.TruncateString(1);
+    TakeRoot(below);
+    below = WithoutSlash(std::move(below));
     if (stepwise) {
         CreateSteps(below);
     } else {
         HKEY created = nullptr;
-        CreateFrom(rootKey, below, created);
+        CreateFrom(rootKey, below.c_str(), created);
         Adopt(created); // after a failure as well: then no key is open
     }
     if (lastError != ERROR_SUCCESS) {
         rootKey = rootBefore;
         return 0;
     }
-    path = below;
-    ParseOutPath(path);
+    StandOn(std::move(below));
     return 1;
 }
 
@@ -279,8 +300,7 @@ int UtilsRegistry::RegCreateSubKey(const UtilsString &subKey, int move) {
         return 1;
     }
     Adopt(created);
-    path.Append(subKey);
-    ParseOutPath(path);
+    StandOn(std::string(ViewOf(path)).append(ViewOf(subKey)));
     return 1;
 }
 

@@ -21,15 +21,14 @@ int UtilsRegistry::RegDeleteKeyA(int recursive) {
     UtilsString const below = GetRegistryPath(0);
     if (!currentKey || !below)
         return 0;
-    UtilsString const parts = Components(below);
-    unsigned long const last = parts.GetNumberOfStrings() - 1;
-    UtilsString parent;
-    for (unsigned long i = 0; i < last; ++i)
-        parent.Append(parts.GetStringNumber(i)).Append('\\');
+    std::vector<std::string> const parts = Components(ViewOf(below));
+    std::string parent;
+    for (std::size_t i = 0; i + 1 < parts.size(); ++i)
+        parent += parts[i] + '\\';
     if (!recursive) {
         if (!RegOpenKeyA(parent))
             return 0;
-        lastError = win::RegDeleteKeyA(currentKey, parts.GetStringNumber(last));
+        lastError = win::RegDeleteKeyA(currentKey, parts.back().c_str());
         return lastError == ERROR_SUCCESS;
     }
     do {
@@ -41,7 +40,7 @@ int UtilsRegistry::RegDeleteKeyA(int recursive) {
             RegOpenKeyA(start);
             return 0;
         }
-    } while (parent != GetRegistryPath(0));
+    } while (path != parent);
     return 1;
 }
 
