@@ -285,15 +285,15 @@ TEST(ValueWalks, The_tree_of_a_value_has_its_files_at_the_top) {
 TEST(ValueWalks, The_shortest_chain_leads_through_the_file_that_is_nearest) {
     TestGraph graph;
     CQVUObject *const goal = graph.Program("Z:\\goal");
-    CQVUObject *const near = graph.Program("Z:\\near");
-    CQVUObject *const far = graph.Program("Z:\\far");
-    graph.Found(far, near);
-    graph.Found(near, goal);
-    CQVUObject *const value = Value(graph, "HKLM\\A", "v", {far, near});
+    CQVUObject *const close = graph.Program("Z:\\close");
+    CQVUObject *const distant = graph.Program("Z:\\distant");
+    graph.Found(distant, close);
+    graph.Found(close, goal);
+    CQVUObject *const value = Value(graph, "HKLM\\A", "v", {distant, close});
     EXPECT_EQ(Told(graph, FindValueChain(graph.Database(), *value, *goal)),
-              (Texts{"HKLM\\A\\v -> Z:\\near", "Z:\\near -> Z:\\goal"}));
-    EXPECT_EQ(Told(graph, FindValueChain(graph.Database(), *value, *far)),
-              Texts{"HKLM\\A\\v -> Z:\\far"});
+              (Texts{"HKLM\\A\\v -> Z:\\close", "Z:\\close -> Z:\\goal"}));
+    EXPECT_EQ(Told(graph, FindValueChain(graph.Database(), *value, *distant)),
+              Texts{"HKLM\\A\\v -> Z:\\distant"});
     CQVUObject *const other = graph.Program("Z:\\other");
     EXPECT_EQ(Told(graph, FindValueChain(graph.Database(), *value, *other)), Texts{});
 }
