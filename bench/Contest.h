@@ -48,6 +48,9 @@ std::vector<Row> StringMemory();
 // Splitting of texts and work on lists of strings; sizes are strings.
 std::vector<Contest> StringListContests(std::uint32_t strings);
 
+// Paths; sizes are paths.
+std::vector<Contest> PathContests();
+
 // The protected lists; sizes are lines of the largest one.
 std::vector<Contest> ProtectContests();
 std::vector<Row> ProtectMemory();
