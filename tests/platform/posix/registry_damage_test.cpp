@@ -136,7 +136,7 @@ TEST_F(RegistryDamage, a_store_of_another_version_or_with_other_tables_is_1015) 
          {"PRAGMA user_version=2", "PRAGMA application_id=1", "DROP TABLE vals",
           "CREATE TABLE more(x)", "CREATE VIEW more AS SELECT * FROM keys",
           "CREATE TRIGGER more AFTER INSERT ON keys BEGIN DELETE FROM keys; END",
-          "ALTER TABLE ids ADD COLUMN more", "DROP INDEX vals_by_name"}) {
+          "ALTER TABLE ids ADD COLUMN more INTEGER", "DROP INDEX vals_by_name"}) {
         Replace(store);
         Run(sql);
         ExpectAll(1015, sql);
@@ -153,8 +153,9 @@ TEST_F(RegistryDamage, rows_that_make_no_sense_do_no_harm) {
          {"DELETE FROM ids", "UPDATE ids SET next=1", "DELETE FROM keys WHERE parent=0",
           "UPDATE keys SET id=1", "UPDATE keys SET parent=id WHERE parent<>0",
           "UPDATE keys SET name=''", "UPDATE keys SET name='a\\b'",
-          "UPDATE keys SET folded=x'00' WHERE id=1", "UPDATE keys SET folded=folded||x'00'",
-          "UPDATE keys SET generation=-1", "UPDATE keys SET generation=9223372036854775807",
+          "UPDATE keys SET folded=x'00' WHERE id=1",
+          "UPDATE keys SET folded=CAST(folded||x'00' AS BLOB)", "UPDATE keys SET generation=-1",
+          "UPDATE keys SET generation=9223372036854775807",
           "UPDATE vals SET place=place-10, type=-1", "UPDATE vals SET data=zeroblob(3), name=''",
           "UPDATE vals SET place=9223372036854775807"}) {
         Replace(store);
