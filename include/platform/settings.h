@@ -5,7 +5,8 @@
 // `qvlinkdb` in the user's data directory. `dosdevices` in it holds a link per drive
 // (`c:`, `d:`, ...); a missing `c:` is `drive_c` and a missing `z:` is `/`. A file
 // `platform.ini` overrides the other fields, one `field=value` a line, with the names
-// below and `version=platform.major.minor`. Nothing is ever made there by reading.
+// below and `version=platform.major.minor`; its lines `hive.HKLM\SOFTWARE=FILE` mount hive
+// files in the registry, whatever settings are applied. Nothing is ever made there by reading.
 #pragma once
 
 #ifndef _WIN32
