@@ -169,6 +169,51 @@ TEST_F(Hooks, make_services_of_modules_and_resources_fail) {
     EXPECT_TRUE(win::FreeLibrary(module));
 }
 
+TEST_F(Hooks, make_services_of_the_registry_fail_with_their_code) {
+    m_script.code = 1450;
+    auto const failing = [&](const char *service) {
+        m_script.failing = service;
+        return true;
+    };
+    HKEY const root = HKEY_CURRENT_USER;
+    HKEY opened = nullptr;
+    HANDLE duplicate = nullptr;
+    HANDLE const process = win::GetCurrentProcess();
+    char name[4];
+    DWORD size = sizeof name;
+    EXPECT_TRUE(failing("RegOpenKeyExA") &&
+                win::RegOpenKeyExA(root, "path", 0, KEY_READ, &opened) == 1450);
+    EXPECT_EQ("path", m_script.seen.back().path);
+    EXPECT_TRUE(failing("RegCreateKeyExA") &&
+                win::RegCreateKeyExA(root, "made", 0, nullptr, 0, KEY_READ, nullptr, &opened,
+                                     nullptr) == 1450);
+    EXPECT_EQ("made", m_script.seen.back().path);
+    EXPECT_TRUE(failing("RegCloseKey") && win::RegCloseKey(root) == 1450);
+    EXPECT_TRUE(failing("RegQueryValueExA") &&
+                win::RegQueryValueExA(root, "read", nullptr, nullptr, nullptr, nullptr) == 1450);
+    EXPECT_EQ("read", m_script.seen.back().path);
+    EXPECT_TRUE(failing("RegSetValueExA") &&
+                win::RegSetValueExA(root, "written", 0, REG_SZ, nullptr, 0) == 1450);
+    EXPECT_EQ("written", m_script.seen.back().path);
+    EXPECT_TRUE(failing("RegDeleteValueA") && win::RegDeleteValueA(root, "value") == 1450);
+    EXPECT_EQ("value", m_script.seen.back().path);
+    EXPECT_TRUE(failing("RegDeleteKeyA") && win::RegDeleteKeyA(root, "key") == 1450);
+    EXPECT_EQ("key", m_script.seen.back().path);
+    EXPECT_TRUE(failing("RegEnumKeyExA") && win::RegEnumKeyExA(root, 0, name, &size, nullptr,
+                                                               nullptr, nullptr, nullptr) == 1450);
+    EXPECT_TRUE(failing("RegEnumValueA") && win::RegEnumValueA(root, 0, name, &size, nullptr,
+                                                               nullptr, nullptr, nullptr) == 1450);
+    EXPECT_TRUE(failing("DuplicateHandle") &&
+                !win::DuplicateHandle(process, root, process, &duplicate, 0, TRUE, 2));
+    EXPECT_EQ(1450u, win::GetLastError());
+    EXPECT_EQ(nullptr, opened);
+    m_script.failing.clear();
+    // A call that is let through answers what the system does, and the last error is as it was.
+    win::SetLastError(4712);
+    EXPECT_EQ(6, win::RegCloseKey(nullptr));
+    EXPECT_EQ(4712u, win::GetLastError());
+}
+
 TEST_F(Hooks, tell_resources_that_every_module_has) {
     testing_hooks::Resource const told[] = {{"SOME_BYTES", 7, "told", 4}, {"NEW", 65535, "", 0}};
     testing_hooks::SetResources(told, 2);

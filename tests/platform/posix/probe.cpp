@@ -1,6 +1,7 @@
 // A module with a copy of the library's platform layer in it, for tests that load and
 // unload such copies.
 #include "linkdb.h"
+#include "platform/settings.h"
 #include "platform/winapi.h"
 
 extern "C" {
@@ -27,6 +28,20 @@ __attribute__((visibility("default"))) int ProbeLeave(const char *file) {
         return 0;
     return win::CreateFileA(file, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                             FILE_ATTRIBUTE_NORMAL, nullptr) != INVALID_HANDLE_VALUE;
+}
+
+// Leaves keys of a registry open, of which the directory holds the store.
+__attribute__((visibility("default"))) int ProbeLeaveKeys(const char *directory) {
+    platform::Settings settings = platform::CurrentSettings();
+    settings.registryDirectory = directory;
+    platform::ApplySettings(settings);
+    for (int i = 0; i < 5; ++i) {
+        HKEY key = nullptr;
+        if (win::RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Left", 0, nullptr, 0, KEY_READ,
+                                 nullptr, &key, nullptr) != 0)
+            return 0;
+    }
+    return 1;
 }
 
 // Leaves a database attached that has something to write.

@@ -37,6 +37,22 @@ TEST(Unloading, closes_what_was_left_open) {
     EXPECT_EQ(before, OpenDescriptors());
 }
 
+TEST(Unloading, closes_keys_and_the_registrys_store) {
+    TempFolder const folder;
+    std::ptrdiff_t const before = OpenDescriptors();
+    for (int i = 0; i < 3; ++i) {
+        void *const probe = LoadModule(ProbePath());
+        ASSERT_NE(nullptr, probe);
+        EXPECT_TRUE(
+            Find<int (*)(const char *)>(probe, "ProbeLeaveKeys")(folder.Directory().c_str()));
+        EXPECT_LT(before, OpenDescriptors());
+        UnloadModule(probe);
+        EXPECT_FALSE(IsModuleLoaded(ProbePath()));
+        EXPECT_EQ(before, OpenDescriptors());
+        EXPECT_FALSE(std::filesystem::exists(folder.Path() / "store.db-wal"));
+    }
+}
+
 TEST(Unloading, writes_the_database_that_was_left_attached) {
     TempFolder const folder;
     void *const probe = LoadModule(ProbePath());
