@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace UTILS {
 namespace {
@@ -15,59 +18,119 @@ constexpr const char *roots[] = {"HKLM", "HKEY_LOCAL_MACHINE", "HKCU", "HKEY_CUR
                                  "HKCR", "HKEY_CLASSES_ROOT",  "HKU",  "HKEY_USERS",
                                  "HKCC", "HKEY_CURRENT_CONFIG"};
 
-bool EndsInSlash(UtilsString const &text) {
-    return text.size() != 0 && text.RetrieveChar(text.size() - 1) == '\\';
-}
+// Strings of the class cost far more than what is done to them here, so that the rules work on
+// plain ones and on views.
+std::string_view View(UtilsString const &text) { return {text.Retrieve(), text.size()}; }
 
 // Blanks only: a tab stays.
-void RemoveBlanks(UtilsString &text) {
-    unsigned long end = text.size();
-    while (end != 0 && text.RetrieveChar(end - 1) == ' ')
-        --end;
-    if (end != text.size())
-        text.TruncateString(text.size() - end);
-    unsigned long begin = 0;
-    while (begin != text.size() && text.RetrieveChar(begin) == ' ')
-        ++begin;
-    if (begin != 0)
-        text.TruncateStringAtPosition(begin, 0);
+std::string_view WithoutBlanks(std::string_view text) {
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    return text;
 }
 
-void CutSlash(UtilsString &text) {
-    RemoveBlanks(text);
-    if (EndsInSlash(text))
-        text.TruncateString(1);
+std::string_view WithoutSlash(std::string_view text) {
+    if (!text.empty() && text.back() == '\\')
+        text.remove_suffix(1);
+    return text;
 }
 
-void RemoveLeading(UtilsString &text, char value) {
+std::string_view WithoutLeading(std::string_view text, char value) {
+    while (!text.empty() && text.front() == value)
+        text.remove_prefix(1);
+    return text;
+}
+
+// Makes the text a part of it.
+void Keep(UtilsString &text, std::string_view part) {
+    if (part.size() != text.size())
+        text = std::string(part);
+}
+
+// The piece of a number that a parse of the text read backwards gives, or with `keepFront`
+// all up to its end. Such a parse doesn't look at the character behind a separator that it
+// counted, nor count one at its very start for the piece that follows.
+bool PieceFromEnd(std::string_view text, unsigned long number, bool keepFront,
+                  std::string_view &piece) {
     unsigned long count = 0;
-    while (count != text.size() && text.RetrieveChar(count) == value)
+    std::size_t previous = 0;
+    std::size_t end = 0;
+    for (; end < text.size(); ++end) {
+        if (text[text.size() - 1 - end] != '\\')
+            continue;
+        if (count == number)
+            break;
         ++count;
-    if (count != 0)
-        text.TruncateStringAtPosition(count, 0);
+        previous = end++;
+    }
+    end = std::min(end, text.size());
+    if (count != number || (end == text.size() && previous == 0))
+        return false;
+    std::size_t const begin = keepFront || previous == 0 ? 0 : previous + 1;
+    piece = text.substr(text.size() - end, end - begin);
+    return true;
 }
 
-// Those from one to another, joined by a dot.
-std::string Joined(std::vector<std::string> const &parts, std::size_t from, std::size_t to) {
+// The first or the last component; empty ones don't count.
+std::string_view FirstComponent(std::string_view text) {
+    std::string_view const rest = WithoutLeading(text, '\\');
+    return rest.empty() ? text : rest.substr(0, rest.find('\\'));
+}
+
+std::string_view LastComponent(std::string_view text) {
+    std::size_t const end = text.find_last_not_of('\\') + 1;
+    return end == 0 ? text : text.substr(0, end).substr(text.substr(0, end).rfind('\\') + 1);
+}
+
+// What lies between dots, but for what is empty.
+std::vector<std::string_view> DottedParts(std::string_view text) {
+    std::vector<std::string_view> parts;
+    for (text = WithoutLeading(text, '.'); !text.empty(); text = WithoutLeading(text, '.')) {
+        parts.push_back(text.substr(0, text.find('.')));
+        text.remove_prefix(parts.back().size());
+    }
+    return parts;
+}
+
+// Some of them, joined by a dot.
+std::string Joined(std::vector<std::string_view> const &parts, std::size_t from, std::size_t to) {
     std::string text;
     for (std::size_t i = from; i < to; ++i)
-        text += (i == from ? "" : ".") + parts[i];
+        text.append(i == from ? "" : ".").append(parts[i]);
     return text;
+}
+
+bool IsSame(std::string_view text, std::string_view root, int caseMode) {
+    return text.size() == root.size() &&
+           (caseMode != 0 ? text == root
+                          : win::_memicmp(text.data(), root.data(), root.size()) == 0);
+}
+
+// The drive with its backslash goes, wherever these three characters are, until they are found
+// where they went last. The network's form says by its case setting what is the same.
+void RemoveDrive(std::string &text, std::string_view drive, UtilsString const &settings) {
+    unsigned long index = 0;
+    unsigned long last = text.size();
+    char const *const begin = drive.data();
+    while (!drive.empty() && text.size() > drive.size() &&
+           settings.search(begin, begin + drive.size(), text.data(), text.data() + text.size(),
+                           index, settings.GetCase(), 0, nullptr) &&
+           index != last) {
+        text.erase(index, drive.size());
+        last = index;
+    }
 }
 
 } // namespace
 
+// One separator in front makes it no key, whatever follows.
 int CUtilsPath::PathIsRegistry(UtilsString const &text) {
-    // The first string that a split would give. It would look for all of them from the start.
-    UtilsString first;
-    unsigned long piece = 0;
-    while (text.ParseString("\\", first, piece, 0) && first.size() == 0)
-        ++piece;
-    if (first.size() == 0)
-        first = Selected(text);
-    first.SetCase(text.GetCase());
+    std::string_view const whole = View(text);
+    std::string_view const first = whole.substr(0, whole.find('\\'));
     return std::any_of(std::begin(roots), std::end(roots),
-                       [&first](const char *root) { return first == root; })
+                       [&](const char *root) { return IsSame(first, root, text.GetCase()); })
                ? 1
                : 0;
 }
@@ -76,11 +139,11 @@ int CUtilsPath::PathIsUNCA(UtilsString const &text) {
     return text.size() >= 2 && text.RetrieveChar(0) == '\\' && text.RetrieveChar(1) == '\\';
 }
 
-void CUtilsPath::RemoveAnyWhiteSpace() { RemoveBlanks(path); }
-void CUtilsPath::CutEndingSlash() { CutSlash(path); }
+void CUtilsPath::RemoveAnyWhiteSpace() { Keep(path, WithoutBlanks(View(path))); }
+void CUtilsPath::CutEndingSlash() { Keep(path, WithoutSlash(WithoutBlanks(View(path)))); }
 void CUtilsPath::AddEndingSlash() { path.Append('\\'); }
-void CUtilsPath::RemoveAnyWhiteSpaceUNC() { RemoveBlanks(pathUNC); }
-void CUtilsPath::CutEndingSlashUNC() { CutSlash(pathUNC); }
+void CUtilsPath::RemoveAnyWhiteSpaceUNC() { Keep(pathUNC, WithoutBlanks(View(pathUNC))); }
+void CUtilsPath::CutEndingSlashUNC() { Keep(pathUNC, WithoutSlash(WithoutBlanks(View(pathUNC)))); }
 void CUtilsPath::AddEndingSlashUNC() { pathUNC.Append('\\'); }
 
 // Completion
@@ -115,18 +178,12 @@ void CUtilsPath::MakeFullPath(UtilsString const &base) {
     Join(folder);
 }
 
-void CUtilsPath::Strip() {
-    RemoveLeading(path, '.');
-    RemoveLeading(path, '\\');
-}
+void CUtilsPath::Strip() { Keep(path, WithoutLeading(WithoutLeading(View(path), '.'), '\\')); }
 
 void CUtilsPath::Join(UtilsString const &base) {
-    UtilsString const relative = Selected(path);
-    path = static_cast<char const *>(base);
-    CutEndingSlash();
-    AddEndingSlash();
-    path.Append(relative);
-    CutEndingSlash();
+    std::string joined(WithoutSlash(WithoutBlanks(View(base))));
+    joined.append("\\").append(View(path));
+    path = std::string(WithoutSlash(WithoutBlanks(joined)));
     parentLevel = 0;
 }
 
@@ -162,22 +219,19 @@ void CUtilsPath::MakeUNCName() {
     DWORD size = sizeof name;
     if (!win::GetComputerNameA(name, &size))
         *name = '\0';
-    pathUNC = "\\\\";
-    pathUNC.Append(name).Append('\\').Append(path);
-    if (regFlag)
-        return;
-    // The drive with its backslash goes, wherever these three characters are.
-    UtilsString const drive(std::string(path.Retrieve(), std::min(path.size(), 3UL)));
-    if (drive.size() != 0 && pathUNC.ReplaceFirst(drive, "")) {
-        while (pathUNC.ReplaceNext(drive, "")) {
-        }
-    }
-    pathUNC.FindReset();
+    std::string_view const whole = View(path);
+    std::string text = std::string("\\\\") + name + '\\';
+    text.append(whole);
+    if (!regFlag)
+        RemoveDrive(text, whole.substr(0, 3), pathUNC);
+    pathUNC = text;
+    if (!regFlag)
+        pathUNC.FindReset();
 }
 
 // Components and parents
 
-UtilsString CUtilsPath::UGetDrive() const { return Components(ViewOf(path)).front(); }
+UtilsString CUtilsPath::UGetDrive() const { return std::string(FirstComponent(View(path))); }
 
 char const *CUtilsPath::GetDrive() {
     firstComponent = UGetDrive();
@@ -185,19 +239,17 @@ char const *CUtilsPath::GetDrive() {
 }
 
 int CUtilsPath::UpperDirParse(UtilsString &out, int keepFront) const {
-    UtilsString backwards(path);
-    backwards.Reverse();
-    if (!backwards.ParseString("\\", out, parentLevel, keepFront))
-        return 0;
-    out.Reverse();
-    return 1;
+    std::string_view piece;
+    bool const found = PieceFromEnd(View(path), parentLevel, keepFront != 0, piece);
+    out = std::string(piece);
+    return found ? 1 : 0;
 }
 
 int CUtilsPath::GetDirFolder(UtilsString &out) const {
-    UtilsString part;
-    if (!UpperDirParse(part, 0) || part.size() == 0)
+    std::string_view piece;
+    if (!PieceFromEnd(View(path), parentLevel, false, piece) || piece.empty())
         return 0;
-    out = static_cast<char const *>(part);
+    out = std::string(piece);
     return 1;
 }
 
@@ -210,19 +262,14 @@ int CUtilsPath::GetDirFolder(char *out) const {
 }
 
 int CUtilsPath::GetParentDir(UtilsString &out) const {
-    UtilsString part;
-    if (!UpperDirParse(part, 1))
+    std::string_view const whole = View(path);
+    std::string_view tail;
+    if (!PieceFromEnd(whole, parentLevel, true, tail))
         return 0;
-    UtilsString parent(path);
-    parent.Reverse();
-    part.Reverse();
-    parent.ReplaceFirst(part, "");
-    parent.Reverse();
-    if (EndsInSlash(parent))
-        parent.TruncateString(1);
-    if (parent.size() == 0)
+    std::string_view const parent = WithoutSlash(whole.substr(0, whole.size() - tail.size()));
+    if (parent.empty())
         return 0;
-    out = static_cast<char const *>(parent);
+    out = std::string(parent);
     return 1;
 }
 
@@ -250,12 +297,12 @@ int CUtilsPath::SetPathToSubDir() {
 int CUtilsPath::GetFileNameFromPath(UtilsString const &fullPath, UtilsString &name,
                                     UtilsString &ext, int firstDot) {
     int const caseSetting = fullPath.GetCase();
-    std::vector<std::string> const parts = Components(Components(ViewOf(fullPath)).back(), '.');
-    std::size_t const count = parts.size();
-    bool const divided = count >= 2;
-    std::size_t const middle = firstDot ? 1 : count - 1;
+    std::string const text(LastComponent(View(fullPath)));
+    std::vector<std::string_view> const parts = DottedParts(text);
+    bool const divided = parts.size() >= 2;
+    std::size_t const middle = firstDot ? 1 : parts.size() - 1;
     name = divided ? Joined(parts, 0, middle) : std::string();
-    ext = divided ? Joined(parts, middle, count) : std::string();
+    ext = divided ? Joined(parts, middle, parts.size()) : std::string();
     name.SetCase(caseSetting);
     ext.SetCase(caseSetting);
     return divided ? 1 : 0;
