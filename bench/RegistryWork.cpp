@@ -182,7 +182,9 @@ private:
                             "name TEXT NOT NULL COLLATE NOCASE, UNIQUE(parent, name));"
                             "CREATE TABLE vals(key INTEGER NOT NULL, name TEXT NOT NULL COLLATE "
                             "NOCASE, type INTEGER NOT NULL, data BLOB NOT NULL, "
-                            "PRIMARY KEY(key, name)) WITHOUT ROWID;",
+                            "PRIMARY KEY(key, name)) WITHOUT ROWID;"
+                            "INSERT INTO keys VALUES(1, 0, 'HKCU'), (2, 1, 'Software'), "
+                            "(3, 2, 'Benchmark');",
                             nullptr, nullptr, nullptr) == SQLITE_OK,
                "tables");
         return Database(database);
@@ -191,12 +193,17 @@ private:
         statement.Step();
         statement.Reset();
     }
-    std::int64_t Find(std::string const &name) {
-        m_find.Bind(1, name);
+    std::int64_t FindBelow(std::int64_t parent, std::string const &name) {
+        m_find.Bind(1, parent);
+        m_find.Bind(2, name);
         Expect(m_find.Step(), "find");
         std::int64_t const id = m_find.Number();
         m_find.Reset();
         return id;
+    }
+    // By the whole path from the user's root, as the registry is asked.
+    std::int64_t Find(std::string const &name) {
+        return FindBelow(FindBelow(FindBelow(1, "Software"), "Benchmark"), name);
     }
 
     TemporaryFolder m_folder{Temporary()};
@@ -204,12 +211,12 @@ private:
     Database m_database = Open(m_folder.Path() + "/tables.db");
     Statement m_begin{m_database.get(), "BEGIN IMMEDIATE"};
     Statement m_commit{m_database.get(), "COMMIT"};
-    Statement m_find{m_database.get(), "SELECT id FROM keys WHERE parent=1 AND name=?1"};
-    Statement m_insertKey{m_database.get(), "INSERT INTO keys(parent, name) VALUES(1, ?1)"};
+    Statement m_find{m_database.get(), "SELECT id FROM keys WHERE parent=?1 AND name=?2"};
+    Statement m_insertKey{m_database.get(), "INSERT INTO keys(parent, name) VALUES(3, ?1)"};
     Statement m_insertValue{m_database.get(),
                             "INSERT OR REPLACE INTO vals VALUES(?1, 'Value', 1, ?2)"};
     Statement m_readValue{m_database.get(), "SELECT data FROM vals WHERE key=?1 AND name='Value'"};
-    Statement m_next{m_database.get(), "SELECT name FROM keys WHERE parent=1 AND name>?1 "
+    Statement m_next{m_database.get(), "SELECT name FROM keys WHERE parent=3 AND name>?1 "
                                        "ORDER BY name LIMIT 1"};
     Statement m_deleteValues{m_database.get(), "DELETE FROM vals WHERE key=?1"};
     Statement m_deleteKey{m_database.get(), "DELETE FROM keys WHERE id=?1"};

@@ -163,7 +163,7 @@ private:
     bool OpenOrCreate(const UtilsString &keyPath, int create, int stepwise);
     [[noreturn]] void Throw(const UtilsString &condition, unsigned long line);
     bool CanUse(const UtilsString &name) const { return name.size() != 0 && currentKey; }
-    UtilsString Named(const char *name, unsigned long form) const;
+    void TakeName(UtilsString &name, const char *found, unsigned long form) const;
     void DeleteValues();
 };
 

@@ -1,6 +1,8 @@
 // Values of the current key, and what it holds by index.
 #include "UtilsRegistry.h"
 
+#include "PathComponents.h"
+
 #include "platform/winapi.h"
 
 #include <algorithm>
@@ -16,14 +18,19 @@ constexpr DWORD longestName = 4 * 255; // bytes of a key's name in any code page
 // Bytes for the system to fill, with a NUL behind them that it doesn't know of.
 class Buffer {
 public:
-    explicit Buffer(DWORD room) : m_bytes(room + 1) {}
-    void Grow(DWORD room) { m_bytes.resize(std::max<std::size_t>(m_bytes.size(), room + 1)); }
-    DWORD Room() const { return static_cast<DWORD>(m_bytes.size() - 1); }
-    char *Text() { return m_bytes.data(); }
-    BYTE *Bytes() { return reinterpret_cast<BYTE *>(m_bytes.data()); }
+    explicit Buffer(DWORD room) : m_room(room) {}
+    void Grow(DWORD room) {
+        m_room = std::max(m_room, room);
+        m_grown.resize(m_room + 1);
+    }
+    DWORD Room() const { return m_room; }
+    char *Text() { return m_grown.empty() ? m_first : m_grown.data(); }
+    BYTE *Bytes() { return reinterpret_cast<BYTE *>(Text()); }
 
 private:
-    std::vector<char> m_bytes;
+    DWORD m_room;
+    char m_first[enumerationRoom + 1] = "";
+    std::vector<char> m_grown; // once more is asked for
 };
 
 // Numbers and bytes are told by their first byte alone, whatever follows it.
@@ -108,12 +115,11 @@ int UtilsRegistry::RegDeleteValueA(const UtilsString &name) {
     return lastError == ERROR_SUCCESS;
 }
 
-UtilsString UtilsRegistry::Named(const char *name, unsigned long form) const {
-    UtilsString text;
-    if (form != 0)
-        text.Append(GetRegistryPath(form == 1 ? 0 : 1));
-    text.Append(name);
-    return text;
+void UtilsRegistry::TakeName(UtilsString &name, const char *found, unsigned long form) const {
+    if (form == 0)
+        name = found;
+    else
+        name = std::string(ViewOf(GetRegistryPath(form == 1 ? 0 : 1))) + found;
 }
 
 int UtilsRegistry::RegEnumKeyA(unsigned long index, UtilsString &name, unsigned long form) {
@@ -136,7 +142,7 @@ int UtilsRegistry::RegEnumKeyA(unsigned long index, UtilsString &name, unsigned 
     nameSize = size;
     if (lastError != ERROR_SUCCESS)
         return 0;
-    name = Named(found.Text(), form);
+    TakeName(name, found.Text(), form);
     return 1;
 }
 
@@ -167,7 +173,7 @@ int UtilsRegistry::RegEnumValueA(unsigned long index, UtilsString &name, UtilsSt
     valueType = type;
     if (lastError != ERROR_SUCCESS)
         return 0;
-    name = Named(found.Text(), form);
+    TakeName(name, found.Text(), form);
     TakeText(value, data, type);
     return 1;
 }
@@ -197,7 +203,7 @@ int UtilsRegistry::RegEnumValueA(unsigned long index, UtilsString &name, unsigne
     valueType = type;
     if (repeated || lastError != ERROR_SUCCESS)
         return 0;
-    name = Named(found.Text(), form);
+    TakeName(name, found.Text(), form);
     value = number;
     return 1;
 }

@@ -49,6 +49,16 @@ void Store::Rollback() {
     m_inTransaction = false;
 }
 
+// Without one each question is a transaction of its own, so a failure to begin is none.
+Store::Reading::Reading(Store &store)
+    : m_store(store), m_own(store.m_connection.IsOpen() && !store.m_connection.InTransaction() &&
+                            store.Run(Sql::BeginReading) == success) {}
+
+Store::Reading::~Reading() {
+    if (m_own && m_store.Run(Sql::Commit) != success && m_store.m_connection.InTransaction())
+        m_store.Run(Sql::Rollback);
+}
+
 Store::Change::Change(Store &store) : m_store(store) {
     if (store.m_inTransaction) {
         m_code = store.m_broken;

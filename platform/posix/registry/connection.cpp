@@ -44,6 +44,7 @@ constexpr std::int64_t storeVersion = 1;
 
 constexpr const char *texts[static_cast<std::size_t>(Sql::Count)] = {
     "BEGIN IMMEDIATE",
+    "BEGIN",
     "COMMIT",
     "ROLLBACK",
     "SELECT id FROM keys WHERE parent=?1 AND folded=?2",

@@ -11,6 +11,7 @@ namespace platform::registry {
 
 enum class Sql {
     Begin,
+    BeginReading,
     Commit,
     Rollback,
     FindKey,
@@ -43,6 +44,7 @@ public:
     sqlite3_stmt *Prepare(Sql sql, Code &code);
     // The code for what a call to SQLite answered.
     Code CodeOf(int result) const;
+    bool IsOpen() const { return m_database != nullptr; }
     bool InTransaction() const { return m_database && !sqlite3_get_autocommit(m_database); }
     int Changes() const { return sqlite3_changes(m_database); }
     std::uint64_t Steps() const { return m_steps; }

@@ -51,6 +51,19 @@ public:
 
     std::uint64_t Steps() const { return m_connection.Steps(); }
 
+    // Questions that go together: the file is locked once for all of them.
+    class Reading {
+    public:
+        explicit Reading(Store &store);
+        ~Reading();
+        Reading(Reading const &) = delete;
+        Reading &operator=(Reading const &) = delete;
+
+    private:
+        Store &m_store;
+        bool m_own;
+    };
+
     // Changes that go together: part of the caller's transaction, or one of their own.
     class Change {
     public:

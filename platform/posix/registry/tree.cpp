@@ -115,6 +115,7 @@ Code Tree::WalkExactly(Key &from, std::u16string_view path, Key &reached) {
 Code Tree::Open(Key &from, std::u16string_view path, OpenKey &opened) {
     Lock const lock(m_mutex);
     auto reached = std::make_shared<Key>();
+    Store::Reading const reading(*m_store);
     Code const code = WalkExactly(from, path, *reached);
     if (code == success)
         opened = std::move(reached);
