@@ -165,6 +165,16 @@ TEST_F(CliKeys, Names_that_the_database_cannot_hold_are_told) {
     EXPECT_EQ(problems[0]["problem"], "unrepresentable");
 }
 
+TEST_F(CliKeys, A_pattern_for_keys_or_values_may_hold_a_slash) {
+    Import("[" + LongTop + "\\text/html]\n\"a/b\"=\"1\"\n");
+    Run({"scan", "--registry", Top});
+    EXPECT_EQ(Run({"find", "text/*", "--type", "key"}).out, Top + "\\text/html\n");
+    EXPECT_EQ(Run({"find", "a/?", "--type", "value"}).out, Top + "\\text/html\\a/b\n");
+    EXPECT_TRUE(Has(Run({"show", Top + "\\text/html\\a/b"}).out, "\n\t1\n"));
+    EXPECT_EQ(Run({"find", "text/*"}).exitCode, 2);
+    EXPECT_EQ(Run({"find", "a\\b", "--type", "key"}).exitCode, 2);
+}
+
 TEST_F(CliKeys, Exports_have_both_trees) {
     std::string const file = File("a");
     Import("[" + LongTop + "]\n\"v\"=\"" + Escaped(file) + "\"\n");

@@ -1,6 +1,10 @@
 // What ELF files need, in the graph: found by the loader's rules, and found again on later
 // scans without reading what needs it.
+#include "made_up_registry.h"
 #include "scan_fixture.h"
+
+#include "answer/place.h"
+#include "platform/host.h"
 
 #include "model.h"
 
@@ -146,6 +150,21 @@ TEST_F(ScanTest, A_library_outside_the_scanned_paths_is_followed_with_all_it_nee
     Scan({"bin"});
     EXPECT_TRUE(Graph().Linked("bin/app -missing-> name:liba.so"));
     EXPECT_FALSE(Graph().Has("lib/liba.so") || Graph().Has("lib/liba.so.1"));
+}
+
+TEST_F(ScanTest, A_library_that_is_gone_leaves_the_graph_though_a_value_names_it) {
+    Write("bin/app", Needing({"libqvlink-test.so"}, "$ORIGIN/../lib"));
+    Write("lib/libqvlink-test.so", Library());
+    Scan({"bin"});
+    MadeUpRegistry registry;
+    registry.PutText("HKCU\\A", "v",
+                     DatabasePath(*PlaceOfHostPath(Path("lib/libqvlink-test.so").string())));
+    ScanKeys(registry, {"HKCU"});
+    EXPECT_TRUE(Graph().Linked("HKCU\\A:v -refers-> lib/libqvlink-test.so"));
+    Remove("lib/libqvlink-test.so");
+    Scan({"bin"});
+    EXPECT_FALSE(Graph().Has("lib/libqvlink-test.so"));
+    EXPECT_TRUE(Graph().Has("HKCU\\A:v"));
 }
 
 TEST_F(ScanTest, Programs_elsewhere_learn_that_their_library_is_gone) {

@@ -6,6 +6,7 @@
 #include "answer/file_check.h"
 #include "answer/place.h"
 #include "model.h"
+#include "platform/host.h"
 
 #include <random>
 
@@ -210,6 +211,17 @@ TEST_F(ScanKeysTest, Names_that_the_database_cannot_hold_are_told_and_left_out) 
     EXPECT_EQ(m_observer.problems.size(), 6U);
     EXPECT_EQ(Keys(), (Set{"HKLM", "HKLM\\A", "HKLM\\A\\" + std::string(250, 'k'),
                            "HKLM\\A:" + std::string(250, 'v')}));
+}
+
+TEST_F(ScanKeysTest, Names_that_the_code_page_lacks_are_told_and_others_are_kept) {
+    std::string const name = "a\xc3\xa4\xe6\x97\xa5"; // letters of two scripts
+    bool lossless = true;
+    std::string const held = FromUtf8(name, lossless);
+    m_registry.Put("HKLM\\A\\" + name, "x", "1");
+    m_registry.Put("HKLM\\A", "plain", "1");
+    EXPECT_EQ(ScanKeys(m_registry, {"HKLM"}).unrepresentable, lossless ? 0U : 1U);
+    EXPECT_EQ(Graph().Has("HKLM\\A\\" + held + ":x"), lossless);
+    EXPECT_TRUE(Graph().Has("HKLM\\A:plain"));
 }
 
 TEST_F(ScanKeysTest, A_path_has_room_for_999_bytes) {

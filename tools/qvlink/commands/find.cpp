@@ -31,8 +31,13 @@ std::uint32_t MaskFor(std::string const &type) {
 
 bool IsProtected(CQVUDatabase &database, CQVUObject &object, Protection &protection) {
     std::optional<Place> const place = PlaceOf(database, object);
+    if (!place) {
+        return false;
+    }
+    std::string const path = DatabasePath(*place);
+    // For a file the plain question is the same, and much the cheaper one.
     auto const ask = [&] { return object.IsProtected() != 0; };
-    return place && protection.Of(DatabasePath(*place), ask).value_or(false);
+    return (IsKeyPlace(*place) ? protection.Of(path, ask) : protection.Of(path)).value_or(false);
 }
 
 std::vector<CQVUObject *> FindWanted(CommandSession &session) {
@@ -59,7 +64,9 @@ int RunFind(Request const &request) {
     if (request.pattern.size() >= sizeof(DBObjectSearch::szPattern)) {
         throw CommandError("the pattern is longer than 99 characters\nShorten it with *.");
     }
-    if (request.pattern.find_first_of("/\\") != std::string::npos) {
+    // Names in the registry may hold slashes.
+    bool const isForFiles = !(TypeMaskOf(request.type) & (OBJ_HIVE | OBJ_KEY | OBJ_VALUE));
+    if (request.pattern.find_first_of(isForFiles ? "/\\" : "\\") != std::string::npos) {
         throw CommandError("the pattern holds a slash, and patterns are for names, not paths\nUse "
                            "`qvlink show PATH` for a path.");
     }
