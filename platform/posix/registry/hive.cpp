@@ -19,6 +19,17 @@ struct Free {
 };
 template <class Item> using Held = std::unique_ptr<Item, Free>;
 
+// A value's type as the file has it, which may be none that hivex's enumeration knows.
+class AnyType {
+public:
+    hive_type *Place() { return reinterpret_cast<hive_type *>(&m_number); }
+    std::uint32_t Number() const { return m_number; }
+
+private:
+    static_assert(sizeof(hive_type) == sizeof(std::uint32_t));
+    std::uint32_t m_number = 0;
+};
+
 Code CodeOfHive(int error) { return error == ENOMEM ? noMemory : corrupt; }
 
 std::u16string Wide(const char *name) {
@@ -74,10 +85,10 @@ Code Hive::Root(hive_node_h &node) {
 hive_node_h Hive::CurrentControlSet() {
     hive_node_h const select = hivex_node_get_child(m_hive, m_root, "Select");
     hive_value_h const value = select ? hivex_node_get_value(m_hive, select, "Current") : 0;
-    hive_type type{};
+    AnyType type;
     std::size_t size = 0;
-    if (!value || hivex_value_type(m_hive, value, &type, &size) != 0 || type != hive_t_dword ||
-        size != 4)
+    if (!value || hivex_value_type(m_hive, value, type.Place(), &size) != 0 ||
+        type.Number() != hive_t_REG_DWORD || size != 4)
         return 0;
     std::string number = std::to_string(static_cast<unsigned>(hivex_value_dword(m_hive, value)));
     number.insert(0, number.size() < 3 ? 3 - number.size() : 0, '0');
@@ -172,13 +183,13 @@ Code Hive::Read(hive_node_h node, std::u16string_view name, Value &value) {
 }
 
 Code Hive::Read(HiveEntry const &entry, Value &value) {
-    hive_type type{};
+    AnyType type;
     std::size_t size = 0;
     errno = 0;
-    Held<char> const data(hivex_value_value(m_hive, entry.item, &type, &size));
+    Held<char> const data(hivex_value_value(m_hive, entry.item, type.Place(), &size));
     if (!data)
         return CodeOfHive(errno);
-    value = {entry.name, static_cast<std::uint32_t>(type), std::string(data.get(), size)};
+    value = {entry.name, type.Number(), std::string(data.get(), size)};
     return success;
 }
 
