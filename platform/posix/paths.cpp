@@ -63,6 +63,28 @@ char DriveOf(std::string const &hostPath, std::string &rest) {
     return found;
 }
 
+// FindEntry, with whether there is such an entry.
+std::string Find(std::string const &folder, std::string const &name, bool &exists) {
+    std::string exact = Joined(folder, name);
+    exists = true;
+    if (Exists(exact))
+        return exact;
+    exists = false;
+    if (name == "." || name == "..")
+        return exact;
+    std::unique_ptr<DIR, int (*)(DIR *)> const directory(opendir(folder.c_str()), closedir);
+    if (!directory && errno == ENOMEM)
+        throw std::bad_alloc();
+    std::string found;
+    while (dirent const *entry = directory ? readdir(directory.get()) : nullptr) {
+        std::string const candidate = entry->d_name;
+        if (SameName(candidate, name) && (found.empty() || candidate < found))
+            found = candidate;
+    }
+    exists = !found.empty();
+    return found.empty() ? exact : Joined(folder, found);
+}
+
 // Walks `text` down from `folder`. As long as names exist their own spelling is taken.
 std::string Walk(std::string folder, const char *text) {
     bool exists = true;
@@ -76,8 +98,7 @@ std::string Walk(std::string folder, const char *text) {
         text = end;
         if (name.empty())
             continue;
-        folder = exists ? FindEntry(folder, name) : Joined(folder, name);
-        exists = exists && Exists(folder);
+        folder = exists ? Find(folder, name, exists) : Joined(folder, name);
     }
     return folder;
 }
@@ -136,19 +157,8 @@ std::string ParentOf(std::string const &hostPath) {
 }
 
 std::string FindEntry(std::string const &folder, std::string const &name) {
-    std::string exact = Joined(folder, name);
-    if (name == "." || name == ".." || Exists(exact))
-        return exact;
-    std::unique_ptr<DIR, int (*)(DIR *)> const directory(opendir(folder.c_str()), closedir);
-    if (!directory && errno == ENOMEM)
-        throw std::bad_alloc();
-    std::string found;
-    while (dirent const *entry = directory ? readdir(directory.get()) : nullptr) {
-        std::string const candidate = entry->d_name;
-        if (SameName(candidate, name) && (found.empty() || candidate < found))
-            found = candidate;
-    }
-    return found.empty() ? exact : Joined(folder, found);
+    bool exists = false;
+    return Find(folder, name, exists);
 }
 
 BOOL HostPath(const char *path, std::string &hostPath) {

@@ -140,6 +140,15 @@ DWORD TellNext(Search &search, WIN32_FIND_DATAA &data) {
     return code;
 }
 
+// Nothing is asked that a name that is there doesn't need.
+DWORD FindName(std::string const &folder, std::string const &name, bool asItStands,
+               Search &search) {
+    std::string const path = asItStands ? Joined(folder, name) : FindEntry(folder, name);
+    search.folder = folder;
+    search.names = {path.substr(path.rfind('/') + 1)};
+    return ERROR_SUCCESS;
+}
+
 // No name has these, and no mask either; on the host they may be anywhere.
 bool IsForbidden(std::string const &name) {
     return std::any_of(name.begin(), name.end(), [](char c) {
@@ -152,6 +161,9 @@ DWORD FillSearch(MaskText const &mask, Search &search) {
     std::string folder;
     if (!HostPath(mask.folder.empty() ? "." : mask.folder.c_str(), folder))
         return win::GetLastError();
+    bool const wild = NameMask::HasWildcards(mask.name);
+    if (!wild && !IsDots(mask.name) && (ofHost || !IsForbidden(mask.name)))
+        return FindName(folder, mask.name, ofHost, search);
     if (DWORD const code = FolderCode(folder))
         return code;
     if (!ofHost && IsForbidden(mask.name))
@@ -160,14 +172,8 @@ DWORD FillSearch(MaskText const &mask, Search &search) {
     search.folder = RealPath(folder);
     if (search.folder.empty())
         return CodeOf(errno, Operation::Attributes);
-    if (NameMask::HasWildcards(mask.name))
-        return ReadNames(NameMask(mask.name), search);
-    std::string const path =
-        ofHost ? Joined(search.folder, mask.name) : FindEntry(search.folder, mask.name);
-    if (IsDots(mask.name))
-        return FindDots(path, search);
-    search.names = {path.substr(path.rfind('/') + 1)};
-    return ERROR_SUCCESS;
+    return wild ? ReadNames(NameMask(mask.name), search)
+                : FindDots(Joined(search.folder, mask.name), search);
 }
 
 DWORD Begin(const char *text, Search &search, WIN32_FIND_DATAA &data) {
@@ -176,8 +182,11 @@ DWORD Begin(const char *text, Search &search, WIN32_FIND_DATAA &data) {
     MaskText const mask = Split(text);
     if (mask.name.empty())
         return ERROR_FILE_NOT_FOUND;
-    DWORD const code = FillSearch(mask, search);
-    return code == ERROR_SUCCESS ? TellNext(search, data) : code;
+    if (DWORD const code = FillSearch(mask, search))
+        return code;
+    DWORD const code = TellNext(search, data);
+    DWORD const ofFolder = code == ERROR_SUCCESS ? code : FolderCode(search.folder);
+    return ofFolder == ERROR_SUCCESS ? code : ofFolder;
 }
 
 } // namespace
