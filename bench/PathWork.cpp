@@ -1,4 +1,5 @@
 // Paths that are set, climbed and divided, against the standard library's.
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -7,7 +8,6 @@
 #include <CUtilsPath.h>
 
 #include "Contest.h"
-#include "Random.h"
 
 namespace bench {
 namespace {
@@ -20,32 +20,30 @@ using UTILS::UtilsString;
 constexpr std::uint32_t PATHS = 1000;
 constexpr double MOST = 2; // times as long as the standard library takes
 
-// The same paths in both spellings, none of which is there.
+// Files that are there, in both spellings.
 struct Texts {
     std::vector<UtilsString> ours;
     std::vector<std::string> standard;
     std::size_t components = 0; // of all
 };
 
+constexpr char const *FILES = "/usr/include";
+
 std::shared_ptr<Texts const> MakeTexts(bool absolute) {
-    Random random(absolute ? 1 : 2);
     auto texts = std::make_shared<Texts>();
-    for (std::uint32_t i = 0; i < PATHS; ++i) {
-        std::string ours = absolute ? "Z:" : "";
-        std::string standard;
-        std::uint32_t const count = 3 + random.Below(6);
-        for (std::uint32_t component = 0; component < count; ++component) {
-            std::string name(4 + random.Below(12), ' ');
-            for (char &c : name)
-                c = static_cast<char>('a' + random.Below(26));
-            name += component + 1 == count ? ".tar.gz" : "";
-            ours += (ours.empty() ? "" : "\\") + name;
-            standard += (absolute || !standard.empty() ? "/" : "") + name;
-        }
+    for (fs::directory_entry const &entry : fs::recursive_directory_iterator(FILES)) {
+        std::string const file = entry.path().string();
+        if (!entry.is_regular_file() || texts->standard.size() == PATHS ||
+            entry.path().extension().empty())
+            continue;
+        std::string const text = absolute ? file : file.substr(1);
+        std::string ours = absolute ? "Z:" + text : text;
+        std::replace(ours.begin(), ours.end(), '/', '\\');
         texts->ours.emplace_back(ours);
-        texts->standard.push_back(standard);
-        texts->components += count;
+        texts->standard.push_back(text);
+        texts->components += static_cast<std::size_t>(std::count(file.begin(), file.end(), '/'));
     }
+    Expect(texts->standard.size() == PATHS, std::string("no 1,000 files in ") + FILES);
     return texts;
 }
 
@@ -57,10 +55,14 @@ template <class Make> std::size_t SizesOf(std::size_t count, Make make) {
     return sum;
 }
 
-// Setting a path completes it and looks whether there is such a file; so do both.
+// Setting a path completes it, and looks whether there is such a file and how large it is; so do
+// both.
 std::size_t Completed(std::string const &text) {
     fs::path const path = fs::absolute(text).lexically_normal();
-    return path.native().size() + (fs::is_regular_file(path) ? 1 : 0);
+    bool const isFile = fs::is_regular_file(path);
+    std::uintmax_t const size = isFile ? fs::file_size(path) : 0;
+    benchmark::DoNotOptimize(size);
+    return path.native().size() + (isFile ? 1 : 0);
 }
 
 Contest SetContest(bool absolute) {
@@ -80,7 +82,7 @@ Contest SetContest(bool absolute) {
         },
         answer + drives);
     Add(
-        contest, "std::filesystem::absolute, lexically_normal, is_regular_file",
+        contest, "std::filesystem: absolute, lexically_normal, is_regular_file, file_size",
         [=] {
             return SizesOf(PATHS, [&](std::size_t i) { return Completed(texts->standard[i]); });
         },
@@ -106,7 +108,7 @@ Contest MakeContest() {
         },
         answer + 2 * PATHS);
     Add(
-        contest, "std::filesystem::absolute, lexically_normal, is_regular_file",
+        contest, "std::filesystem: absolute, lexically_normal, is_regular_file, file_size",
         [=] {
             return SizesOf(PATHS, [&](std::size_t i) { return Completed(texts->standard[i]); });
         },
@@ -166,9 +168,9 @@ Contest NameContest() {
     Add(
         contest, "",
         [=] {
+            UtilsString name;
+            UtilsString ext;
             return SizesOf(PATHS, [&](std::size_t i) {
-                UtilsString name;
-                UtilsString ext;
                 CUtilsPath::GetFileNameFromPath(texts->ours[i], name, ext, 0);
                 return std::size_t{name.size() + ext.size()};
             });
@@ -181,6 +183,7 @@ Contest NameContest() {
 } // namespace
 
 std::vector<Contest> PathContests() {
+    fs::current_path("/"); // where the relative ones begin
     return {SetContest(true), SetContest(false), MakeContest(), ClimbContest(), NameContest()};
 }
 
