@@ -2,7 +2,9 @@
 
 #include "answer/graph.h"
 #include "model.h"
+#include "registry/text.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace qvlink {
@@ -21,61 +23,23 @@ constexpr const char *TypeWords[] = {"REG_NONE",
                                      "REG_RESOURCE_REQUIREMENTS_LIST",
                                      "REG_QWORD"};
 
-constexpr char32_t Replacement = 0xfffd;
+constexpr char16_t Replacement = 0xfffd;
 
-bool IsHighHalf(char32_t unit) { return unit >= 0xd800 && unit < 0xdc00; }
-bool IsLowHalf(char32_t unit) { return unit >= 0xdc00 && unit < 0xe000; }
+bool IsHighHalf(char16_t unit) { return unit >= 0xd800 && unit < 0xdc00; }
+bool IsLowHalf(char16_t unit) { return unit >= 0xdc00 && unit < 0xe000; }
 
-void AppendUtf8(std::string &text, char32_t c) {
-    auto const more = [&](unsigned shift) {
-        text += static_cast<char>(0x80 | ((c >> shift) & 0x3f));
-    };
-    if (c < 0x80) {
-        text += static_cast<char>(c);
-    } else if (c < 0x800) {
-        text += static_cast<char>(0xc0 | (c >> 6));
-        more(0);
-    } else if (c < 0x10000) {
-        text += static_cast<char>(0xe0 | (c >> 12));
-        more(6);
-        more(0);
-    } else {
-        text += static_cast<char>(0xf0 | (c >> 18));
-        more(12);
-        more(6);
-        more(0);
-    }
-}
-
-// 16-bit units, little-endian; an odd byte at the end is none.
-class Units {
-public:
-    explicit Units(std::string_view data) : m_data(data) {}
-
-    bool AtEnd() const { return m_at + 1 >= m_data.size(); }
-
-    char32_t Next() {
-        char32_t const unit = Peek();
-        m_at += 2;
-        if (IsHighHalf(unit) && !AtEnd() && IsLowHalf(Peek())) {
-            char32_t const low = Peek();
-            m_at += 2;
-            return 0x10000 + ((unit - 0xd800) << 10) + (low - 0xdc00);
+// In UTF-8, with a replacement for each half of a pair that stands alone.
+std::string Utf8OfAny(std::u16string units) {
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        bool const isPair = IsHighHalf(units[i]) && i + 1 < units.size() && IsLowHalf(units[i + 1]);
+        if (isPair) {
+            ++i;
+        } else if (IsHighHalf(units[i]) || IsLowHalf(units[i])) {
+            units[i] = Replacement;
         }
-        return IsHighHalf(unit) || IsLowHalf(unit) ? Replacement : unit;
     }
-
-private:
-    char32_t Peek() const {
-        auto const byte = [&](std::size_t at) {
-            return static_cast<char32_t>(static_cast<unsigned char>(m_data[at]));
-        };
-        return byte(m_at) | byte(m_at + 1) << 8;
-    }
-
-    std::string_view m_data;
-    std::size_t m_at = 0;
-};
+    return Utf8Of(units).value_or("");
+}
 
 } // namespace
 
@@ -104,20 +68,17 @@ std::vector<std::string> TextsOf(std::uint32_t type, std::string_view data) {
     if (type != REGISTRY_TEXT && type != REGISTRY_TEXT_TO_EXPAND && !isList) {
         return texts;
     }
-    std::string text;
-    for (Units units(data); !units.AtEnd();) {
-        char32_t const c = units.Next();
-        if (c != 0) {
-            AppendUtf8(text, c);
-        } else if (text.empty() || !isList) {
+    std::u16string const units = UnitsOfStored(data.substr(0, data.size() / 2 * 2));
+    for (std::size_t start = 0; start < units.size();) {
+        std::size_t const end = std::min(units.find(u'\0', start), units.size());
+        if (end == start) {
             break;
-        } else {
-            texts.push_back(std::move(text));
-            text.clear();
         }
+        texts.push_back(Utf8OfAny(units.substr(start, end - start)));
+        start = isList ? end + 1 : units.size();
     }
-    if (!text.empty() || !isList) {
-        texts.push_back(std::move(text));
+    if (texts.empty() && !isList) {
+        texts.emplace_back();
     }
     return texts;
 }

@@ -125,7 +125,7 @@ void KeyWalker::ScanBelow(Place const &root) {
 }
 
 // The objects of the key and of those above it are made where they are missing.
-CQVUObject *KeyWalker::Descend(Place const &root, Level &level) {
+bool KeyWalker::Descend(Place const &root, Level &level) {
     CQVUDatabase &database = m_session.database;
     CQVUObject *object = database.GetObjectByPath(root.drive.c_str());
     if (!object) {
@@ -143,12 +143,12 @@ CQVUObject *KeyWalker::Descend(Place const &root, Level &level) {
         Children known = ChildrenOf(level, OBJ_KEY);
         object = TakeKey(level, known, name);
         if (!object) {
-            return nullptr;
+            return false;
         }
         level = {object->dwID, level.path + '\\' + name, level.length + 1 + NameOf(*object).size(),
                  level.depth + 1};
     }
-    return object;
+    return true;
 }
 
 // The name of a key below as the registry has it.
@@ -219,8 +219,7 @@ CQVUObject *KeyWalker::TakeKey(Level const &level, Children &known, std::string 
     if (held.empty()) {
         return nullptr;
     }
-    CQVUObject *&object = known[FoldName(held)];
-    CQVUObject *taken = std::exchange(object, nullptr);
+    CQVUObject *const taken = std::exchange(known[FoldName(held)], nullptr);
     if (!taken) {
         return &Add(level, held, OBJ_KEY, {});
     }

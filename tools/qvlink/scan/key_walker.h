@@ -37,7 +37,7 @@ private:
     bool IsThere(Place const &place);
     void Forget(Place const &place);
     void ScanBelow(Place const &root);
-    CQVUObject *Descend(Place const &root, Level &level);
+    bool Descend(Place const &root, Level &level);
     std::string Spelled(Level const &level, std::string const &name);
     void ScanKey(Level const &level, std::vector<Level> &next);
     // These give the registry's code; after a failure nothing is gone.
