@@ -221,6 +221,7 @@ private:
     void Join(UtilsString const &base);
     void WalkUp(UtilsString const &base);
     bool Look(WIN32_FIND_DATAA &record, HANDLE &search) const;
+    int LookForFile(WIN32_FIND_DATAA &record);
     int ReportEmpty(unsigned long line) const;
 
     template <typename Out> int Next(Out &&out) {

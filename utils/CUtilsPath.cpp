@@ -163,8 +163,9 @@ int CUtilsPath::SetPath(UtilsString const &input, UtilsString const &base) {
     MakeFullPath(base);
     MakeUNCName();
     path.SetCase(0);
-    if (IsAFile())
-        dirSize = static_cast<LONGLONG>(GetFileSize());
+    WIN32_FIND_DATAA record;
+    if (LookForFile(record))
+        dirSize = record.nFileSizeLow;
     return 1;
 }
 
@@ -201,9 +202,13 @@ bool CUtilsPath::Look(WIN32_FIND_DATAA &record, HANDLE &search) const {
     return search != INVALID_HANDLE_VALUE;
 }
 
-// The search is closed in every case, also one that failed.
 int CUtilsPath::IsAFile() {
     WIN32_FIND_DATAA record;
+    return LookForFile(record);
+}
+
+// The search is closed in every case, also one that failed.
+int CUtilsPath::LookForFile(WIN32_FIND_DATAA &record) {
     HANDLE search = nullptr;
     if (regFlag)
         return 0;

@@ -134,7 +134,7 @@ TEST_F(PathCalls, For_keys_arent_made) {
     EXPECT_EQ(1, calls.Count("GetComputerNameA"));
 }
 
-TEST_F(PathCalls, For_the_size_are_made_only_if_there_is_a_file) {
+TEST_F(PathCalls, For_a_file_and_its_size_are_one) {
     OpenPath path;
     {
         Calls const calls;
@@ -143,7 +143,9 @@ TEST_F(PathCalls, For_the_size_are_made_only_if_there_is_a_file) {
     }
     Calls const calls;
     path.SetDir("file");
-    EXPECT_EQ(2, calls.Count("FindFirstFileA"));
+    EXPECT_EQ(1, calls.Count("FindFirstFileA"));
+    EXPECT_EQ(1, calls.Count("FindClose"));
+    EXPECT_EQ(3, path.dirSize);
 }
 
 TEST_F(PathCalls, For_the_current_directory_are_made_only_without_a_base) {
