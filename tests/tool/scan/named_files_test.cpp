@@ -3,12 +3,14 @@
 #include "scan_fixture.h"
 #include "test_graph.h"
 
+#include "answer/file_check.h"
 #include "answer/place.h"
 #include "model.h"
 #include "platform/host.h"
 #include "scan/named_files.h"
 
 #include <algorithm>
+#include <random>
 
 using namespace qvlink;
 
@@ -128,6 +130,50 @@ TEST_F(NamedFilesTest, Variables_in_a_circle_come_to_an_end) {
         text += "%a%";
     }
     EXPECT_EQ(Named(text), Nothing);
+}
+
+TEST_F(NamedFilesTest, Whatever_texts_hold_the_graph_is_sound_and_a_second_scan_changes_nothing) {
+    Write("a", "1");
+    Write("b c/d.exe", "1");
+    std::mt19937 random(11);
+    Paths const pieces{InDatabase("a"),
+                       InDatabase("b c/d.exe"),
+                       "%windir%",
+                       "%SystemRoot",
+                       "%",
+                       "\"",
+                       " ",
+                       ",",
+                       "@",
+                       "\\??\\",
+                       "\\SystemRoot\\",
+                       "C:",
+                       "\\",
+                       "/",
+                       "..",
+                       std::string(1, '\0'),
+                       std::string(1, '\xff'),
+                       std::string(300, 'x')};
+    for (int i = 0; i < 3000; ++i) {
+        std::string text;
+        for (std::size_t count = random() % 7; count > 0; --count) {
+            text += pieces[random() % pieces.size()];
+        }
+        std::string data = Stored(text);
+        data.resize(random() % 8 == 0 ? random() % (data.size() + 1) : data.size());
+        m_registry.Put("HKCU\\A", std::to_string(i), data,
+                       static_cast<std::uint32_t>(1 + random() % 7));
+    }
+    ScanSummary const first = ScanKeys(m_registry, {"HKCU"}, {""});
+    EXPECT_EQ(first.values, 3000U);
+    EXPECT_GT(first.references, 20U) << "too few to say anything";
+    Bytes const bytes = File();
+    EXPECT_EQ(
+        CheckFile({reinterpret_cast<const char *>(bytes.data()), bytes.size()}).problems.size(),
+        0U);
+    ScanSummary const second = ScanKeys(m_registry, {"HKCU"}, {""});
+    EXPECT_FALSE(second.saved);
+    EXPECT_EQ(second.references, first.references);
 }
 
 TEST_F(NamedFilesTest, A_link_goes_when_the_text_or_the_file_does_and_comes_back_with_a_scan) {
