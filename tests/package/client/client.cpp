@@ -49,6 +49,17 @@ int AskForProtection() {
     return wrong;
 }
 
+// A path and a key, without touching the disk or the registry.
+int UsePaths() {
+    UTILS::CUtilsPath path("C:\\folder\\file.txt", 0, 0, 0);
+    UTILS::UtilsString text;
+    int wrong = Expect(path.GetParentDir(text) == 1 && text == "C:\\folder", "a file has a parent");
+    wrong += Expect(path.SetKey("HKLM\\Software") == 1 && path.GetRegFlag() == 1, "a key is known");
+    UTILS::UtilsRegistry registry;
+    wrong += Expect(registry.GetRootPath(2) == "HKEY_LOCAL_MACHINE", "the root of the machine");
+    return wrong;
+}
+
 } // namespace
 
 int main(int count, char **arguments) {
@@ -63,6 +74,7 @@ int main(int count, char **arguments) {
         wrong += Expect(database->Release() == 0, "the last release ends the database");
     }
     wrong += AskForProtection();
+    wrong += UsePaths();
     wrong += Expect(ContainersHold(), "the containers hold");
     return wrong ? 1 : 0;
 }
