@@ -1,5 +1,7 @@
 #include "platform/posix/registry/connection.h"
 
+#include "platform/posix/registry/sql.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -11,62 +13,6 @@ namespace platform::registry {
 namespace {
 
 constexpr int waitMilliseconds = 60000;
-
-// The keys' order is that of their parents and folded names; the values of a key are in the
-// order of their places. A key's generation counts what moves the indices of its subkeys and
-// values: a subkey that comes or goes, a value that goes.
-constexpr const char *schema[] = {
-    "CREATE TABLE ids(next INTEGER NOT NULL) STRICT",
-    "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL, "
-    "name TEXT NOT NULL, generation INTEGER NOT NULL, PRIMARY KEY(parent, folded)) "
-    "STRICT, WITHOUT ROWID",
-    "CREATE TABLE vals(key INTEGER NOT NULL, place INTEGER NOT NULL, folded BLOB NOT NULL, "
-    "name TEXT NOT NULL, type INTEGER NOT NULL, data BLOB NOT NULL, PRIMARY KEY(key, place)) "
-    "STRICT, WITHOUT ROWID",
-    "CREATE UNIQUE INDEX vals_by_name ON vals(key, folded)",
-};
-constexpr const char *beginnings[] = {
-    "PRAGMA synchronous=OFF",
-    "PRAGMA encoding='UTF-16le'",
-    "PRAGMA application_id=1364613703",
-    "PRAGMA user_version=1",
-    "BEGIN",
-};
-constexpr const char *firstRows[] = {
-    "INSERT INTO ids VALUES(16)",
-    "INSERT INTO keys VALUES(0, x'0048004B004C004D', 1, 'HKLM', 0), "
-    "(0, x'0048004B0055', 2, 'HKU', 0)",
-    "COMMIT",
-    "PRAGMA journal_mode=WAL",
-};
-constexpr std::int64_t applicationId = 1364613703;
-constexpr std::int64_t storeVersion = 1;
-
-constexpr const char *texts[static_cast<std::size_t>(Sql::Count)] = {
-    "BEGIN IMMEDIATE",
-    "BEGIN",
-    "COMMIT",
-    "ROLLBACK",
-    "SELECT id FROM keys WHERE parent=?1 AND folded=?2",
-    "SELECT generation FROM keys WHERE parent=?1 AND folded=?2 AND id=?3",
-    "UPDATE ids SET next=next+?1 RETURNING next-?1",
-    "INSERT INTO keys VALUES(?1, ?2, ?3, ?4, 0)",
-    "UPDATE keys SET generation=generation+1 WHERE parent=?1 AND folded=?2 AND id=?3",
-    "SELECT 1 FROM keys WHERE parent=?1 LIMIT 1",
-    "DELETE FROM keys WHERE parent=?1 AND folded=?2 AND id=?3",
-    "DELETE FROM vals WHERE key=?1",
-    "SELECT below.name, below.folded, own.generation FROM keys AS own CROSS JOIN keys AS below "
-    "WHERE own.parent=?1 AND own.folded=?2 AND own.id=?3 AND below.parent=?3 AND "
-    "below.folded>?4 ORDER BY below.folded LIMIT 1 OFFSET ?5",
-    "SELECT vals.name, vals.place, own.generation, vals.type, vals.data FROM keys AS own "
-    "CROSS JOIN vals WHERE own.parent=?1 AND own.folded=?2 AND own.id=?3 AND vals.key=?3 AND "
-    "vals.place>?4 ORDER BY vals.place LIMIT 1 OFFSET ?5",
-    "SELECT name, type, data FROM vals WHERE key=?1 AND folded=?2",
-    "INSERT INTO vals SELECT ?3, (SELECT ifnull(max(place), 0)+1 FROM vals WHERE key=?3), ?4, "
-    "?5, ?6, ?7 FROM keys WHERE parent=?1 AND folded=?2 AND id=?3 "
-    "ON CONFLICT(key, folded) DO UPDATE SET type=excluded.type, data=excluded.data",
-    "DELETE FROM vals WHERE key=?1 AND folded=?2",
-};
 
 bool Exists(std::string const &path) {
     struct stat entry {};
@@ -260,7 +206,7 @@ Code Connection::Fill(std::string const &file) {
         run(sql);
     for (const char *const sql : schema)
         run(sql);
-    for (const char *const sql : firstRows)
+    for (const char *const sql : endings)
         run(sql);
     std::swap(m_database, database);
     Code code = CodeOf(result);
