@@ -9,8 +9,10 @@
 #include <cstring>
 #include <dirent.h>
 #include <memory>
+#include <numeric>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -85,22 +87,32 @@ std::string Find(std::string const &folder, std::string const &name, bool &exist
     return found.empty() ? exact : Joined(folder, found);
 }
 
-// Walks `text` down from `folder`. As long as names exist their own spelling is taken.
-std::string Walk(std::string folder, const char *text) {
-    bool exists = true;
+std::vector<std::string> NamesOf(const char *text) {
+    std::vector<std::string> names;
     while (*text) {
         while (IsSeparator(*text))
             ++text;
-        const char *end = text;
-        while (*end && !IsSeparator(*end))
-            ++end;
-        std::string const name(text, end);
-        text = end;
-        if (name.empty())
-            continue;
-        folder = exists ? Find(folder, name, exists) : Joined(folder, name);
+        const char *const begin = text;
+        while (*text && !IsSeparator(*text))
+            ++text;
+        if (text != begin)
+            names.emplace_back(begin, text);
     }
-    return folder;
+    return names;
+}
+
+// Walks `text` down from `folder`. As long as names exist their own spelling is taken; what is
+// there as it is spelled has all its names spelled so.
+std::string Walk(std::string const &folder, const char *text) {
+    std::vector<std::string> const names = NamesOf(text);
+    std::string const exact = std::accumulate(names.begin(), names.end(), folder, Joined);
+    if (Exists(exact))
+        return exact;
+    std::string found = folder;
+    bool exists = true;
+    for (std::string const &name : names)
+        found = exists ? Find(found, name, exists) : Joined(found, name);
+    return found;
 }
 
 BOOL DrivePathToHost(char letter, const char *text, std::string &hostPath) {
