@@ -26,8 +26,9 @@ class QVLINKDB_API CUtilsPath {
 public:
     // Empty, and with all flags off.
     CUtilsPath();
-    // As SetDir, with the flags set first: any number but 0 turns one on.
-    CUtilsPath(UtilsString const &path, int automate, int scanRO, int exceptionHandling);
+    // As SetDir, with automate, scanRO and exception handling set first: any number but 0 turns
+    // one on.
+    CUtilsPath(UtilsString const &text, int searching, int all, int throwing);
     CUtilsPath(CUtilsPath const &other);
     CUtilsPath &operator=(CUtilsPath const &other);
     CUtilsPath &operator=(UtilsString const &text);

@@ -27,10 +27,10 @@ CUtilsPath::CUtilsPath(Bare) : msiModule(nullptr) {
 
 CUtilsPath::CUtilsPath() : CUtilsPath(Bare{}) {}
 
-CUtilsPath::CUtilsPath(UtilsString const &text, int automatic, int readOnly, int throwing)
+CUtilsPath::CUtilsPath(UtilsString const &text, int searching, int all, int throwing)
     : CUtilsPath(Bare{}) {
-    automate = AsFlag(automatic);
-    scanRO = AsFlag(readOnly);
+    automate = AsFlag(searching);
+    scanRO = AsFlag(all);
     exceptionHandling = AsFlag(throwing);
     SetPath(text, "");
 }

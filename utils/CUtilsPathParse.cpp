@@ -20,8 +20,6 @@ constexpr const char *roots[] = {"HKLM", "HKEY_LOCAL_MACHINE", "HKCU", "HKEY_CUR
 
 // Strings of the class cost far more than what is done to them here, so that the rules work on
 // plain ones and on views.
-std::string_view View(UtilsString const &text) { return {text.Retrieve(), text.size()}; }
-
 // Blanks only: a tab stays.
 std::string_view WithoutBlanks(std::string_view text) {
     while (!text.empty() && text.back() == ' ')
@@ -94,6 +92,11 @@ std::vector<std::string_view> DottedParts(std::string_view text) {
     return parts;
 }
 
+// The room isn't known here: it is the caller's business.
+void CopyOut(char *to, UtilsString const &text) {
+    std::memcpy(to, text.Retrieve(), std::strlen(text.Retrieve()) + 1);
+}
+
 // Some of them, joined by a dot.
 std::string Joined(std::vector<std::string_view> const &parts, std::size_t from, std::size_t to) {
     std::string text;
@@ -112,7 +115,7 @@ bool IsSame(std::string_view text, std::string_view root, int caseMode) {
 // where they went last. The network's form says by its case setting what is the same.
 void RemoveDrive(std::string &text, std::string_view drive, UtilsString const &settings) {
     unsigned long index = 0;
-    unsigned long last = text.size();
+    auto last = static_cast<unsigned long>(text.size());
     char const *const begin = drive.data();
     while (!drive.empty() && text.size() > drive.size() &&
            settings.search(begin, begin + drive.size(), text.data(), text.data() + text.size(),
@@ -127,7 +130,7 @@ void RemoveDrive(std::string &text, std::string_view drive, UtilsString const &s
 
 // One separator in front makes it no key, whatever follows.
 int CUtilsPath::PathIsRegistry(UtilsString const &text) {
-    std::string_view const whole = View(text);
+    std::string_view const whole = ViewOf(text);
     std::string_view const first = whole.substr(0, whole.find('\\'));
     return std::any_of(std::begin(roots), std::end(roots),
                        [&](const char *root) { return IsSame(first, root, text.GetCase()); })
@@ -139,11 +142,13 @@ int CUtilsPath::PathIsUNCA(UtilsString const &text) {
     return text.size() >= 2 && text.RetrieveChar(0) == '\\' && text.RetrieveChar(1) == '\\';
 }
 
-void CUtilsPath::RemoveAnyWhiteSpace() { Keep(path, WithoutBlanks(View(path))); }
-void CUtilsPath::CutEndingSlash() { Keep(path, WithoutSlash(WithoutBlanks(View(path)))); }
+void CUtilsPath::RemoveAnyWhiteSpace() { Keep(path, WithoutBlanks(ViewOf(path))); }
+void CUtilsPath::CutEndingSlash() { Keep(path, WithoutSlash(WithoutBlanks(ViewOf(path)))); }
 void CUtilsPath::AddEndingSlash() { path.Append('\\'); }
-void CUtilsPath::RemoveAnyWhiteSpaceUNC() { Keep(pathUNC, WithoutBlanks(View(pathUNC))); }
-void CUtilsPath::CutEndingSlashUNC() { Keep(pathUNC, WithoutSlash(WithoutBlanks(View(pathUNC)))); }
+void CUtilsPath::RemoveAnyWhiteSpaceUNC() { Keep(pathUNC, WithoutBlanks(ViewOf(pathUNC))); }
+void CUtilsPath::CutEndingSlashUNC() {
+    Keep(pathUNC, WithoutSlash(WithoutBlanks(ViewOf(pathUNC))));
+}
 void CUtilsPath::AddEndingSlashUNC() { pathUNC.Append('\\'); }
 
 // Completion
@@ -178,11 +183,11 @@ void CUtilsPath::MakeFullPath(UtilsString const &base) {
     Join(folder);
 }
 
-void CUtilsPath::Strip() { Keep(path, WithoutLeading(WithoutLeading(View(path), '.'), '\\')); }
+void CUtilsPath::Strip() { Keep(path, WithoutLeading(WithoutLeading(ViewOf(path), '.'), '\\')); }
 
 void CUtilsPath::Join(UtilsString const &base) {
-    std::string joined(WithoutSlash(WithoutBlanks(View(base))));
-    joined.append("\\").append(View(path));
+    std::string joined(WithoutSlash(WithoutBlanks(ViewOf(base))));
+    joined.append("\\").append(ViewOf(path));
     path = std::string(WithoutSlash(WithoutBlanks(joined)));
     parentLevel = 0;
 }
@@ -219,7 +224,7 @@ void CUtilsPath::MakeUNCName() {
     DWORD size = sizeof name;
     if (!win::GetComputerNameA(name, &size))
         *name = '\0';
-    std::string_view const whole = View(path);
+    std::string_view const whole = ViewOf(path);
     std::string text = std::string("\\\\") + name + '\\';
     text.append(whole);
     if (!regFlag)
@@ -231,7 +236,7 @@ void CUtilsPath::MakeUNCName() {
 
 // Components and parents
 
-UtilsString CUtilsPath::UGetDrive() const { return std::string(FirstComponent(View(path))); }
+UtilsString CUtilsPath::UGetDrive() const { return std::string(FirstComponent(ViewOf(path))); }
 
 char const *CUtilsPath::GetDrive() {
     firstComponent = UGetDrive();
@@ -240,14 +245,14 @@ char const *CUtilsPath::GetDrive() {
 
 int CUtilsPath::UpperDirParse(UtilsString &out, int keepFront) const {
     std::string_view piece;
-    bool const found = PieceFromEnd(View(path), parentLevel, keepFront != 0, piece);
+    bool const found = PieceFromEnd(ViewOf(path), parentLevel, keepFront != 0, piece);
     out = std::string(piece);
     return found ? 1 : 0;
 }
 
 int CUtilsPath::GetDirFolder(UtilsString &out) const {
     std::string_view piece;
-    if (!PieceFromEnd(View(path), parentLevel, false, piece) || piece.empty())
+    if (!PieceFromEnd(ViewOf(path), parentLevel, false, piece) || piece.empty())
         return 0;
     out = std::string(piece);
     return 1;
@@ -257,12 +262,12 @@ int CUtilsPath::GetDirFolder(char *out) const {
     UtilsString part;
     if (!GetDirFolder(part))
         return 0;
-    std::strcpy(out, part);
+    CopyOut(out, part);
     return 1;
 }
 
 int CUtilsPath::GetParentDir(UtilsString &out) const {
-    std::string_view const whole = View(path);
+    std::string_view const whole = ViewOf(path);
     std::string_view tail;
     if (!PieceFromEnd(whole, parentLevel, true, tail))
         return 0;
@@ -277,7 +282,7 @@ int CUtilsPath::GetParentDir(char *out) const {
     UtilsString parent;
     if (!GetParentDir(parent))
         return 0;
-    std::strcpy(out, parent);
+    CopyOut(out, parent);
     return 1;
 }
 
@@ -297,7 +302,7 @@ int CUtilsPath::SetPathToSubDir() {
 int CUtilsPath::GetFileNameFromPath(UtilsString const &fullPath, UtilsString &name,
                                     UtilsString &ext, int firstDot) {
     int const caseSetting = fullPath.GetCase();
-    std::string const text(LastComponent(View(fullPath)));
+    std::string const text(LastComponent(ViewOf(fullPath)));
     std::vector<std::string_view> const parts = DottedParts(text);
     bool const divided = parts.size() >= 2;
     std::size_t const middle = firstDot ? 1 : parts.size() - 1;
@@ -312,8 +317,8 @@ int CUtilsPath::GetFileNameFromPath(char const *fullPath, char *name, char *ext,
     UtilsString nameText;
     UtilsString extText;
     int const divided = GetFileNameFromPath(UtilsString(fullPath), nameText, extText, 0);
-    std::strcpy(name, nameText);
-    std::strcpy(ext, extText);
+    CopyOut(name, nameText);
+    CopyOut(ext, extText);
     return divided;
 }
 

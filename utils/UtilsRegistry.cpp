@@ -129,9 +129,9 @@ bool UtilsRegistry::OpenOrCreate(const UtilsString &keyPath, int create, int ste
 
 // From a constructor: no destructor follows that would close the key.
 void UtilsRegistry::Throw(const UtilsString &condition, unsigned long line) {
-    std_exception const failure(condition, SOURCE, exceptionType, line, win::GetLastError(), 1);
+    DWORD const error = win::GetLastError();
     win::RegCloseKey(currentKey);
-    throw failure;
+    throw std_exception(condition, SOURCE, exceptionType, line, error, 1);
 }
 
 // Paths
