@@ -176,8 +176,10 @@ std::uint32_t SystemRegistry::Create(std::string_view path) {
 std::uint32_t SystemRegistry::SetValue(std::string_view path, RegistryValue const &value) {
     LSTATUS status = OpenForWriting(path);
     if (status == ERROR_SUCCESS) {
+        // The system looks behind a text for its NUL, and takes one that it finds there.
+        std::string const data = value.data + "\xff\xff";
         status = ::RegSetValueExW(m_last.get(), WideOf(value.name).c_str(), 0, value.type,
-                                  reinterpret_cast<BYTE const *>(value.data.data()),
+                                  reinterpret_cast<BYTE const *>(data.data()),
                                   static_cast<DWORD>(value.data.size()));
     }
     return static_cast<std::uint32_t>(status);
