@@ -2,7 +2,7 @@
 #include "Contest.h"
 
 int main(int argc, char **argv) {
-    return bench::RunTopics(argc, argv, "qvlinkdb_registry_bench", [](bool quick) {
+    return bench::RunTopics(argc, argv, "qvlinkdb_registry_speed", [](bool quick) {
         // The mounted hive first: it makes the prefix that the process has.
         std::vector<bench::Contest> const hive = bench::HiveContests(quick ? 300 : 2000);
         std::uint32_t const keys = quick ? 3000 : 30000;
