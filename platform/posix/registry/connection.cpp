@@ -77,10 +77,12 @@ void Connection::Close() {
 Code Connection::OpenToRead() {
     if (m_database)
         return success;
-    return Exists(File()) ? Connect() : noStore;
+    return !m_directory.empty() && Exists(File()) ? Connect() : noStore;
 }
 
 Code Connection::OpenToWrite() {
+    if (m_directory.empty())
+        return cantOpen;
     if (!m_database && !Exists(File())) {
         Code const code = MakeStore();
         if (code != success)

@@ -32,16 +32,19 @@ private:
 
 Code CodeOfHive(int error) { return error == ENOMEM ? noMemory : corrupt; }
 
-std::u16string Wide(const char *name) {
-    std::u16string wide;
-    DecodeUtf8(name, wide);
+std::u16string Wide(std::string_view name) {
+    std::u16string wide(name.begin(), name.end());
+    if (std::any_of(name.begin(), name.end(), [](char c) { return (c & 0x80) != 0; })) {
+        wide.clear();
+        DecodeUtf8(name, wide);
+    }
     return wide;
 }
 
-HiveEntry Entry(const char *name, std::size_t item) {
+HiveEntry KeyEntry(const char *name, hive_node_h node) {
     std::u16string wide = Wide(name);
     std::string folded = Folded(wide);
-    return {std::move(folded), std::move(wide), item};
+    return {std::move(folded), std::move(wide), node};
 }
 
 bool FoldedBefore(HiveEntry const &left, HiveEntry const &right) {
@@ -102,11 +105,11 @@ Code Hive::ReadKeys(hive_node_h node, HiveEntries &keys) {
     for (hive_node_h const *child = children.get(); *child != 0; ++child) {
         Held<char> const name(hivex_node_name(m_hive, *child));
         if (name && *name)
-            keys.push_back(Entry(name.get(), *child));
+            keys.push_back(KeyEntry(name.get(), *child));
     }
     if (node == m_root)
         if (hive_node_h const current = CurrentControlSet())
-            keys.push_back(Entry("CurrentControlSet", current));
+            keys.push_back(KeyEntry("CurrentControlSet", current));
     // One of the hive's own goes before.
     std::stable_sort(keys.begin(), keys.end(), FoldedBefore);
     auto const same = [](HiveEntry const &left, HiveEntry const &right) {
@@ -123,7 +126,7 @@ Code Hive::ReadValues(hive_node_h node, HiveEntries &values) {
     for (hive_value_h const *value = all.get(); *value != 0; ++value) {
         Held<char> const name(hivex_value_key(m_hive, *value));
         if (name)
-            values.push_back(Entry(name.get(), *value));
+            values.push_back({{}, Wide(name.get()), *value});
     }
     return success;
 }
@@ -177,8 +180,9 @@ Code Hive::Read(hive_node_h node, std::u16string_view name, Value &value) {
     if (code != success)
         return code;
     std::string const folded = Folded(name);
-    auto const place = std::find_if(values->begin(), values->end(),
-                                    [&](HiveEntry const &entry) { return entry.folded == folded; });
+    auto const place = std::find_if(values->begin(), values->end(), [&](HiveEntry const &entry) {
+        return entry.name.size() == name.size() && Folded(entry.name) == folded;
+    });
     return place == values->end() ? notFound : Read(*place, value);
 }
 

@@ -8,9 +8,9 @@
 
 namespace platform::registry {
 
-// What a key of a hive holds, by folded names: keys in their order, values as they lie there.
+// What a key of a hive holds: keys in the order of their folded names, values as they lie there.
 struct HiveEntry {
-    std::string folded;
+    std::string folded; // of a key
     std::u16string name;
     std::size_t item; // a node or a value of the hive
 };

@@ -302,6 +302,14 @@ TEST_F(RegistryStore, that_cant_be_made_has_the_code_of_the_reason) {
     EXPECT_EQ(1011, SetBytes(HKEY_CURRENT_USER, "x", REG_BINARY, "x"));
 }
 
+TEST_F(RegistryStore, without_a_directory_is_empty_and_isnt_written) {
+    TellRegistryDirectory("");
+    ReadAll();
+    EXPECT_EQ(1011, MakeKey(HKEY_CURRENT_USER, "x"));
+    EXPECT_EQ(1011, SetBytes(HKEY_CURRENT_USER, "x", REG_BINARY, "x"));
+    EXPECT_FALSE(fs::exists("/store.db"));
+}
+
 TEST_F(RegistryStore, on_a_full_disk_is_112_and_keeps_what_it_had) {
     EXPECT_EQ(0, RunRole("registry_fill", {Directory()}));
     ScopedKey key;
