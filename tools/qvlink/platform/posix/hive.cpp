@@ -89,17 +89,30 @@ void Reader::Take(Level const &level, hive_node_h node) {
     }
 }
 
+// A value's type and size. The type may be any number, which the library's enumeration isn't made
+// for; false if there is no such value.
+struct TypeAndSize {
+    std::uint32_t type = 0;
+    std::size_t size = 0;
+};
+static_assert(sizeof(hive_type) == sizeof(std::uint32_t));
+
+bool Ask(hive_h *hive, hive_value_h value, TypeAndSize &told) {
+    return value != 0 && hivex_value_type(hive, value, reinterpret_cast<hive_type *>(&told.type),
+                                          &told.size) == 0;
+}
+
 // In the list's form if its target is one of the machine's keys.
 std::string Reader::LinkOf(hive_node_h node) const {
     hive_value_h const value = hivex_node_get_value(m_hive, node, "SymbolicLinkValue");
-    hive_type type{};
-    std::size_t size = 0;
-    if (value == 0 || hivex_value_type(m_hive, value, &type, &size) != 0 || type != hive_t_link) {
+    TypeAndSize told;
+    if (!Ask(m_hive, value, told) || told.type != hive_t_link) {
         return {};
     }
-    Text const bytes(hivex_value_value(m_hive, value, &type, &size));
+    hive_type type{}; // a link's
+    Text const bytes(hivex_value_value(m_hive, value, &type, &told.size));
     std::u16string units;
-    for (std::size_t i = 0; bytes && i + 1 < size; i += 2) {
+    for (std::size_t i = 0; bytes && i + 1 < told.size; i += 2) {
         units += static_cast<char16_t>(static_cast<unsigned char>(bytes.get()[i]) |
                                        static_cast<unsigned char>(bytes.get()[i + 1]) << 8);
     }
@@ -129,10 +142,8 @@ std::optional<unsigned> Hive::Number(const char *key, const char *value) const {
     hive_node_h const root = hivex_root(m_hive);
     hive_node_h const node = root == 0 ? 0 : hivex_node_get_child(m_hive, root, key);
     hive_value_h const found = node == 0 ? 0 : hivex_node_get_value(m_hive, node, value);
-    hive_type type{};
-    std::size_t size = 0;
-    if (found == 0 || hivex_value_type(m_hive, found, &type, &size) != 0 || type != hive_t_dword ||
-        size != 4) {
+    TypeAndSize told;
+    if (!Ask(m_hive, found, told) || told.type != hive_t_dword || told.size != 4) {
         return std::nullopt;
     }
     return static_cast<unsigned>(hivex_value_dword(m_hive, found));
