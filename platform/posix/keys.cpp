@@ -85,8 +85,8 @@ LSTATUS RegCloseKey(HKEY key) {
     if (platform::RootOf(key))
         return ERROR_SUCCESS;
     platform::Slot *const slot = platform::FindSlot(key);
-    return slot && platform::CloseKey(slot, platform::GenerationOf(key)) ? ERROR_SUCCESS
-                                                                         : ERROR_INVALID_HANDLE;
+    bool const closed = slot && platform::CloseKey(slot, platform::GenerationOf(key));
+    return static_cast<LSTATUS>(closed ? ERROR_SUCCESS : ERROR_INVALID_HANDLE);
 }
 
 BOOL DuplicateHandle(HANDLE fromProcess, HANDLE handle, HANDLE toProcess, HANDLE *duplicate, DWORD,

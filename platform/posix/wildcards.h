@@ -13,7 +13,7 @@ class NameMask {
 public:
     explicit NameMask(std::string const &mask);
 
-    bool Matches(std::string const &name) const;
+    bool Matches(std::string const &text) const;
     // False for a mask that is one plain name.
     static bool HasWildcards(std::string const &mask);
 

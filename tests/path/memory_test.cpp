@@ -81,7 +81,10 @@ TEST_F(PathsWithoutMemory, Arent_made) {
 
 TEST_F(PathsWithoutMemory, Arent_copied) {
     OpenPath const path(longText);
-    ExpectNothingLost([&path] { OpenPath const copy(path); });
+    ExpectNothingLost([&path] {
+        OpenPath copy(path);
+        copy.CloseParentSearch();
+    });
     ExpectNothingLost([&path] {
         OpenPath target("C:\\x");
         target = path;

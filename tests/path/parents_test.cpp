@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-using UTILS::CUtilsPath;
 using UTILS::UtilsString;
 
 namespace {
@@ -17,7 +16,7 @@ std::vector<std::string> Ancestors(std::string const &text) {
     std::vector<std::string> all;
     UtilsString parent;
     for (int found = path.GetParentDir(parent); found; found = path.GetNextParentDir(parent))
-        all.push_back(parent.Retrieve());
+        all.emplace_back(parent.Retrieve());
     return all;
 }
 

@@ -29,6 +29,11 @@ protected:
         return record;
     }
 
+    static void ExpectUntouched(WIN32_FIND_DATAA const &record, std::string const &of) {
+        auto const *const bytes = reinterpret_cast<char const *>(&record);
+        EXPECT_EQ(std::string(sizeof record, '\x55'), std::string(bytes, sizeof record)) << of;
+    }
+
     fs::path m_start;
     TempFolder m_folder;
     std::string m_current;
@@ -142,9 +147,8 @@ TEST_F(System, Tells_records_of_folders_on_success_only) {
         path.SetDir(text);
         int const flag = path.GetFileFlag();
         record = Garbage();
-        WIN32_FIND_DATAA const before = Garbage();
         EXPECT_EQ(0, path.IsADir(record));
-        EXPECT_EQ(0, std::memcmp(&before, &record, sizeof record)) << text;
+        ExpectUntouched(record, text);
         EXPECT_EQ(flag, path.GetFileFlag());
     }
 }
@@ -190,7 +194,6 @@ TEST_F(System, Isnt_asked_for_keys) {
     OpenPath folder("HKLM");
     OpenPath file("HKCU");
     WIN32_FIND_DATAA record = Garbage();
-    WIN32_FIND_DATAA const before = Garbage();
     folder.fileFlag = file.fileFlag = 7;
     EXPECT_EQ(0, folder.IsADir());
     EXPECT_EQ(0, folder.DirExists());
@@ -203,7 +206,7 @@ TEST_F(System, Isnt_asked_for_keys) {
     EXPECT_EQ(0, file.dirSize);
     EXPECT_EQ(7, folder.GetFileFlag());
     EXPECT_EQ(7, file.GetFileFlag());
-    EXPECT_EQ(0, std::memcmp(&before, &record, sizeof record));
+    ExpectUntouched(record, "a key");
 }
 
 TEST_F(System, Is_asked_for_what_only_reads_as_a_key) {

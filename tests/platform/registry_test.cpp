@@ -129,7 +129,7 @@ TEST_F(RegistryCalls, deletion_of_a_key_with_subkeys_is_refused_and_values_go_wi
     ASSERT_EQ(0, MakeKey(key, "a\\b"));
     ScopedKey below;
     ASSERT_EQ(0, OpenKey(key, "a\\b", below));
-    ASSERT_EQ(0, SetBytes(below, "v", REG_SZ, std::string("text", 5)));
+    ASSERT_EQ(0, SetBytes(below, "v", REG_SZ, std::string("text\0", 5)));
     EXPECT_EQ(5, win::RegDeleteKeyA(key, "a"));
     EXPECT_EQ(0, OpenKey(key, "a\\b", below));
     EXPECT_EQ(0, win::RegDeleteKeyA(key, "a\\b"));
@@ -149,7 +149,7 @@ TEST_F(RegistryCalls, an_empty_path_deletes_the_key_itself) {
 TEST_F(RegistryCalls, a_deleted_key_that_is_open_is_1018_to_everything_but_closing) {
     ScopedKey gone, other;
     ASSERT_EQ(0, MakeKey(key, "a", gone));
-    ASSERT_EQ(0, SetBytes(gone, "v", REG_SZ, std::string("text", 5)));
+    ASSERT_EQ(0, SetBytes(gone, "v", REG_SZ, std::string("text\0", 5)));
     ASSERT_EQ(0, win::RegDeleteKeyA(key, "a"));
     char name[20];
     DWORD size = sizeof name;
@@ -256,8 +256,8 @@ TEST_F(RegistryCalls, a_duplicate_lives_longer_than_its_key) {
     EXPECT_NE(static_cast<HANDLE>(first), duplicate);
     EXPECT_EQ(0, win::RegCloseKey(first));
     auto *const second = static_cast<HKEY>(duplicate);
-    EXPECT_EQ(0, SetBytes(second, "v", REG_SZ, std::string("text", 5)));
-    EXPECT_EQ((Answer{0, REG_SZ, std::string("text", 5)}), Query(key, "v"));
+    EXPECT_EQ(0, SetBytes(second, "v", REG_SZ, std::string("text\0", 5)));
+    EXPECT_EQ((Answer{0, REG_SZ, std::string("text\0", 5)}), Query(key, "v"));
     EXPECT_TRUE(win::CloseHandle(duplicate));
     EXPECT_EQ(6, Query(second, "v").status);
 }
@@ -378,6 +378,7 @@ TEST_F(RegistryCalls, of_many_threads_go_on_side_by_side) {
         EXPECT_EQ(std::size_t{count}, Subkeys(mine).size());
     };
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i)
         threads.emplace_back(work, i);
     for (std::thread &thread : threads)

@@ -4,8 +4,6 @@
 
 namespace {
 
-using UTILS::UtilsString;
-
 class RegistryDeleteTest : public RegistryTest {
 protected:
     OpenRegistry Open(std::string const &path) const { return {Full(path).c_str(), 0, 0}; }

@@ -48,7 +48,7 @@ TEST_F(RegistryValueTest, A_number_is_written_as_a_dword_and_read_back) {
 TEST_F(RegistryValueTest, Any_value_of_up_to_four_bytes_reads_as_a_number) {
     WriteValue("", "three", REG_BINARY, std::string("\1\2\3", 3));
     WriteValue("", "big", REG_DWORD_BIG_ENDIAN, std::string("\0\0\1\2", 4));
-    WriteValue("", "text", REG_SZ, std::string("abc", 4));
+    WriteValue("", "text", REG_SZ, std::string("abc\0", 4));
     unsigned long number = 0xff000000;
     EXPECT_EQ(m_registry.RegQueryValueA("three", number), 1);
     EXPECT_EQ(number, 0xff030201UL); // the byte that wasn't written stays
@@ -87,7 +87,7 @@ TEST_F(RegistryValueTest, A_text_is_written_with_its_NUL_and_read_back) {
     EXPECT_EQ(m_registry.RegSetValueA("t", "some text"), 1);
     EXPECT_EQ(m_registry.valueSize, 10U);
     DWORD type = 0;
-    EXPECT_EQ(ValueOf("", "t", &type), std::string("some text", 10));
+    EXPECT_EQ(ValueOf("", "t", &type), std::string("some text\0", 10));
     EXPECT_EQ(type, 1U);
     EXPECT_EQ(Read("t"), "some text");
     EXPECT_EQ(m_registry.nameSize, 10U);
@@ -110,7 +110,7 @@ TEST_F(RegistryValueTest, A_text_without_a_NUL_ends_where_its_bytes_do) {
 
 TEST_F(RegistryValueTest, Of_several_texts_the_first_is_read_and_variables_stay) {
     WriteValue("", "many", REG_MULTI_SZ, std::string("one\0two\0\0", 9));
-    WriteValue("", "vars", REG_EXPAND_SZ, std::string("%a%\\b", 6));
+    WriteValue("", "vars", REG_EXPAND_SZ, std::string("%a%\\b\0", 6));
     EXPECT_EQ(Read("many"), "one");
     EXPECT_EQ(Read("vars"), "%a%\\b");
 }
@@ -259,7 +259,7 @@ TEST_F(RegistryValueTest, A_longer_name_is_a_failure_with_error_0) {
 // Values by index
 
 TEST_F(RegistryValueTest, Values_come_with_their_texts) {
-    WriteValue("", "text", REG_SZ, std::string("abc", 4));
+    WriteValue("", "text", REG_SZ, std::string("abc\0", 4));
     WriteNumber("", "number", 300);
     WriteValue("", "bytes", REG_BINARY, "\x80");
     std::vector<std::pair<std::string, std::string>> seen;

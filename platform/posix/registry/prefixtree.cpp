@@ -14,7 +14,7 @@ std::vector<Mount> ReadMounts(std::string const &prefixName) {
             continue;
         Mount mount;
         DecodeUtf8(std::string_view(field).substr(beginning.size()), mount.key);
-        mount.file = file.front() == '/' ? file : prefix + '/' + file;
+        mount.file = file.front() == '/' ? file : std::string(prefix).append("/").append(file);
         mounts.push_back(std::move(mount));
     }
     return mounts;

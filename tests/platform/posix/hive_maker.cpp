@@ -99,6 +99,7 @@ hive_node_h HiveMaker::Key(std::string const &path) {
 
 void HiveMaker::Values(std::string const &path, std::vector<Value> const &values) {
     std::vector<hive_set_value> given;
+    given.reserve(values.size());
     for (Value const &value : values)
         given.push_back({const_cast<char *>(value.name.c_str()), static_cast<hive_type>(value.type),
                          value.data.size(), const_cast<char *>(value.data.data())});

@@ -35,13 +35,14 @@ TEST_F(RegistryStore, has_one_text_for_all_code_pages) {
         CodePageNow const now(1252);
         ScopedKey key;
         ASSERT_EQ(0, MakeKey(HKEY_CURRENT_USER, "\xc4rger", key));
-        ASSERT_EQ(0, SetBytes(key, "\x80", REG_SZ, std::string("\x80", 2)));
+        ASSERT_EQ(0, SetBytes(key, "\x80", REG_SZ, std::string("\x80\0", 2)));
     }
     {
         CodePageNow const now(65001);
         ScopedKey key;
         ASSERT_EQ(0, OpenKey(HKEY_CURRENT_USER, "\xc3\xa4RGER", key));
-        EXPECT_EQ((Answer{0, REG_SZ, std::string("\xe2\x82\xac", 4)}), Query(key, "\xe2\x82\xac"));
+        EXPECT_EQ((Answer{0, REG_SZ, std::string("\xe2\x82\xac\0", 4)}),
+                  Query(key, "\xe2\x82\xac"));
     }
     CodePageNow const now(932);
     ScopedKey key;
@@ -67,7 +68,7 @@ TEST_F(RegistryStore, tells_the_room_that_a_long_name_needs) {
     ScopedKey key;
     ASSERT_EQ(0, MakeKey(HKEY_CURRENT_USER, "long\\" + name));
     ASSERT_EQ(0, OpenKey(HKEY_CURRENT_USER, "long", key));
-    ASSERT_EQ(0, SetBytes(key, name.c_str(), REG_SZ, std::string("x", 2)));
+    ASSERT_EQ(0, SetBytes(key, name.c_str(), REG_SZ, std::string("x\0", 2)));
     std::vector<char> room(256);
     DWORD size = 256;
     EXPECT_EQ(234,

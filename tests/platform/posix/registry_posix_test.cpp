@@ -60,7 +60,7 @@ int WriteUntilKilled(Arguments const &arguments) {
     ScopedKey key;
     if (MakeKey(HKEY_CURRENT_USER, "Software\\Killed", key) != 0)
         return 2;
-    for (unsigned number = static_cast<unsigned>(std::stoul(arguments[1]));; ++number) {
+    for (auto number = static_cast<unsigned>(std::stoul(arguments[1]));; ++number) {
         std::string const name = std::to_string(number);
         if (SetBytes(key, name.c_str(), REG_SZ, name + '\0') != 0 || MakeKey(key, name) != 0)
             return 3;
@@ -77,7 +77,7 @@ int ReadWithoutRights(Arguments const &arguments) {
     ScopedKey key;
     if (OpenKey(HKEY_CURRENT_USER, "Software\\There", key) != 0)
         return 3;
-    if (!(Query(key, "value") == Answer{0, REG_SZ, std::string("text", 5)}))
+    if (!(Query(key, "value") == Answer{0, REG_SZ, std::string("text\0", 5)}))
         return 4;
     if (SubkeyAt(key, 0) != "below" || SetBytes(key, "value", REG_SZ, "x") != 5 ||
         MakeKey(key, "new") != 5 || win::RegDeleteKeyA(key, "below") != 5 ||
@@ -267,7 +267,7 @@ TEST_F(RegistryStore, is_read_where_nothing_may_be_written) {
     {
         ScopedKey key;
         ASSERT_EQ(0, MakeKey(HKEY_CURRENT_USER, "Software\\There", key));
-        ASSERT_EQ(0, SetBytes(key, "value", REG_SZ, std::string("text", 5)));
+        ASSERT_EQ(0, SetBytes(key, "value", REG_SZ, std::string("text\0", 5)));
         ASSERT_EQ(0, MakeKey(key, "below"));
     }
     TellRegistryDirectory((Folder() / "other").string());

@@ -57,7 +57,7 @@ void ReadByCalls(HKEY key, std::string const &path, Tree &tree) {
     for (std::string const &name : Subkeys(key)) {
         ScopedKey below;
         EXPECT_EQ(0, OpenKey(key, name, below)) << path << ' ' << name;
-        ReadByCalls(below, path + '\\' + name, tree);
+        ReadByCalls(below, std::string(path).append("\\").append(name), tree);
     }
 }
 
@@ -173,5 +173,5 @@ TEST(RegistryHives, are_opened_with_the_usual_rights_and_written_with_5) {
     EXPECT_EQ(5, SetBytes(key, "text", REG_SZ, "x"));
     EXPECT_EQ(5, win::RegDeleteValueA(key, "text"));
     EXPECT_EQ(5, win::RegDeleteKeyA(key, "Deep"));
-    EXPECT_EQ((Answer{0, REG_SZ, std::string("hello", 6)}), Query(key, "TEXT"));
+    EXPECT_EQ((Answer{0, REG_SZ, std::string("hello\0", 6)}), Query(key, "TEXT"));
 }

@@ -246,7 +246,7 @@ TEST_F(RegistryTree, threads_share_one_key) {
         std::mt19937 random(seed);
         std::u16string name;
         for (int i = 0; i < 300; ++i) {
-            unsigned const index = static_cast<unsigned>(random() % 200);
+            auto const index = static_cast<unsigned>(random() % 200);
             ASSERT_EQ(0u, tree.EnumerateKey(*key, index, name));
             ASSERT_EQ(Numbered(index), name);
             ASSERT_EQ(0u, tree.SetValue(*key, {name, 3, "x"}));

@@ -33,7 +33,7 @@ public:
         : m_request(request), m_into(request.into.empty() ? "" : KeyArgument(request.into)),
           m_page(PageArgument(request)), m_registry(OpenRegistry()) {}
 
-    void Import(std::string const &file);
+    void Import(std::string const &path);
     std::vector<ImportedFile> const &Files() const { return m_files; }
     int ExitCode() const { return m_exitCode; }
 

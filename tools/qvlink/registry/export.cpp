@@ -59,7 +59,7 @@ std::uint32_t Exporter::Write(std::string const &key, int depth) {
         LeaveOut(key, why);
     }
     for (std::string const &name : names) {
-        std::string const below = key + '\\' + name;
+        std::string const below = std::string(key).append("\\").append(name);
         std::uint32_t const failed = depth < deepest ? Write(below, depth + 1) : 0;
         if (failed != 0) {
             LeaveOut(below, ReasonOf(failed));
