@@ -204,6 +204,7 @@ TEST_F(Questions, Can_be_asked_by_many_threads) {
     CQVUObject *const other = Object("D:\\x", OBJ_DRIVE, OBJ_FILE);
     std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([&] {
             for (int i = 0; i < 200; ++i)
@@ -246,7 +247,7 @@ TEST(QuestionsOnLongPaths, Of_260_characters_end_the_process) {
 
 // Normalised it is three times shorter, and fits.
 Role const askKey("ask-key", [](Arguments const &arguments) -> int {
-    std::string const root = arguments.at(0);
+    std::string const &root = arguments.at(0);
     std::string const path =
         root + "\\" + std::string(std::stoul(arguments.at(1)) - root.size() - 1, 'n');
     return IsProtectedRegistryPath(path.c_str()) ? 1 : survived;

@@ -27,8 +27,8 @@ protected:
         for (auto const &[path, values] : m_registry.keys) {
             told.push_back(path);
             for (auto const &[name, value] : values) {
-                told.push_back(path + ": " + name + '=' + std::to_string(value.first) + ':' +
-                               Hex(value.second));
+                told.push_back(std::string(path).append(": ").append(name).append("=") +
+                               std::to_string(value.first) + ':' + Hex(value.second));
             }
         }
         return told;

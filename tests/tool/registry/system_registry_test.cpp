@@ -74,7 +74,7 @@ TEST_F(SystemRegistry, Data_of_every_type_stay_as_they_are) {
         std::string const name = std::to_string(type);
         std::string const data("\x61\0\0\xff", 4);
         ASSERT_EQ(0u, m_registry->SetValue(top, {name, type, data})) << type;
-        wanted.push_back(name + '=' + name + ":610000ff");
+        wanted.push_back(std::string(name).append("=").append(name).append(":610000ff"));
     }
     std::sort(wanted.begin(), wanted.end());
     EXPECT_EQ(wanted, ValuesOf(top));

@@ -127,7 +127,7 @@ void Walk(qvlink::Registry &registry, std::string const &key, Content &content) 
     std::vector<std::string> names;
     ASSERT_EQ(0u, registry.ReadKeys(key, names)) << key;
     for (std::string const &name : names) {
-        Walk(registry, key + '\\' + name, content);
+        Walk(registry, std::string(key).append("\\").append(name), content);
     }
 }
 
