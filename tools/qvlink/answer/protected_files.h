@@ -2,8 +2,8 @@
 // names a path, and what lies below a folder or key, without asking the library.
 #pragma once
 
-#include "platform/host.h"
 #include "list_text.h"
+#include "platform/host.h"
 
 #include "CNTAdminObject.h"
 
