@@ -65,6 +65,15 @@ std::size_t Completed(std::string const &text) {
     return path.native().size() + (isFile ? 1 : 0);
 }
 
+void AddStandard(Contest &contest, std::shared_ptr<Texts const> const &texts, std::size_t answer) {
+    Add(
+        contest, "std::filesystem: absolute, lexically_normal, is_regular_file, file_size",
+        [=] {
+            return SizesOf(PATHS, [&](std::size_t i) { return Completed(texts->standard[i]); });
+        },
+        answer, Against::Limit, MOST);
+}
+
 Contest SetContest(bool absolute) {
     auto const texts = MakeTexts(absolute);
     auto const path = std::make_shared<CUtilsPath>();
@@ -81,12 +90,7 @@ Contest SetContest(bool absolute) {
             });
         },
         answer + drives);
-    Add(
-        contest, "std::filesystem: absolute, lexically_normal, is_regular_file, file_size",
-        [=] {
-            return SizesOf(PATHS, [&](std::size_t i) { return Completed(texts->standard[i]); });
-        },
-        answer, Against::Limit, MOST);
+    AddStandard(contest, texts, answer);
     return contest;
 }
 
@@ -107,12 +111,7 @@ Contest MakeContest() {
             });
         },
         answer + 2 * PATHS);
-    Add(
-        contest, "std::filesystem: absolute, lexically_normal, is_regular_file, file_size",
-        [=] {
-            return SizesOf(PATHS, [&](std::size_t i) { return Completed(texts->standard[i]); });
-        },
-        answer, Against::Limit, MOST);
+    AddStandard(contest, texts, answer);
     return contest;
 }
 

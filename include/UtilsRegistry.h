@@ -164,6 +164,7 @@ private:
     [[noreturn]] void Throw(const UtilsString &condition, unsigned long line);
     bool CanUse(const UtilsString &name) const { return name.size() != 0 && currentKey; }
     void TakeName(UtilsString &name, const char *found, unsigned long form) const;
+    bool Note(unsigned long size, unsigned long type);
     void DeleteValues();
 };
 

@@ -48,6 +48,13 @@ DWORD LowPart(unsigned long value) { return static_cast<DWORD>(value & 0xfffffff
 
 } // namespace
 
+// What a call told of a value; true if it gave it.
+bool UtilsRegistry::Note(unsigned long size, unsigned long type) {
+    nameSize = size;
+    valueType = type;
+    return lastError == ERROR_SUCCESS;
+}
+
 int UtilsRegistry::RegQueryValueA(const UtilsString &name, unsigned long &value) {
     if (!CanUse(name))
         return 0;
@@ -56,9 +63,7 @@ int UtilsRegistry::RegQueryValueA(const UtilsString &name, unsigned long &value)
     DWORD size = sizeof number;
     lastError = win::RegQueryValueExA(currentKey, name, nullptr, &type,
                                       reinterpret_cast<BYTE *>(&number), &size);
-    nameSize = size;
-    valueType = type;
-    if (lastError != ERROR_SUCCESS)
+    if (!Note(size, type))
         return 0;
     value = number;
     return 1;
@@ -76,13 +81,10 @@ int UtilsRegistry::RegQueryValueA(const UtilsString &name, UtilsString &value) {
         data.Grow(size);
         size = data.Room();
         lastError = win::RegQueryValueExA(currentKey, name, nullptr, &type, data.Bytes(), &size);
-        nameSize = size;
-        valueType = type;
+        Note(size, type);
         return 0;
     }
-    nameSize = size;
-    valueType = type;
-    if (lastError != ERROR_SUCCESS)
+    if (!Note(size, type))
         return 0;
     TakeText(value, data, type);
     return 1;
@@ -165,13 +167,10 @@ int UtilsRegistry::RegEnumValueA(unsigned long index, UtilsString &name, UtilsSt
         dataSize = data.Room();
         lastError = win::RegEnumValueA(currentKey, number, found.Text(), &size, nullptr, &type,
                                        data.Bytes(), &dataSize);
-        nameSize = size;
-        valueType = type;
+        Note(size, type);
         return 0;
     }
-    nameSize = size;
-    valueType = type;
-    if (lastError != ERROR_SUCCESS)
+    if (!Note(size, type))
         return 0;
     TakeName(name, found.Text(), form);
     TakeText(value, data, type);
@@ -199,9 +198,7 @@ int UtilsRegistry::RegEnumValueA(unsigned long index, UtilsString &name, unsigne
         lastError = win::RegEnumValueA(currentKey, at, found.Text(), &size, nullptr, &type, bytes,
                                        &dataSize);
     }
-    nameSize = size;
-    valueType = type;
-    if (repeated || lastError != ERROR_SUCCESS)
+    if (!Note(size, type) || repeated)
         return 0;
     TakeName(name, found.Text(), form);
     value = number;

@@ -4,6 +4,22 @@
 
 namespace {
 
+// Has calls of a service for this path fail with 5.
+class Refusing {
+public:
+    Refusing(char const *service, std::string const &path)
+        : m_hook([=](CallHook::Call const &call) {
+              if (!Is(call, service) || call.moment != CallHook::Moment::Before ||
+                  call.path != path)
+                  return false;
+              win::SetLastError(ERROR_ACCESS_DENIED);
+              return true;
+          }) {}
+
+private:
+    CallHook m_hook;
+};
+
 class RegistryDeleteTest : public RegistryTest {
 protected:
     OpenRegistry Open(std::string const &path) const { return {Full(path).c_str(), 0, 0}; }
@@ -135,13 +151,7 @@ TEST_F(RegistryDeleteTest, A_failure_part_way_goes_back_and_what_went_stays_gone
     for (char const *path : {"t\\a", "t\\b", "t\\c"})
         MakeKey(path);
     OpenRegistry registry = Open("t");
-    CallHook const hook([](CallHook::Call const &call) {
-        if (!Is(call, "RegDeleteKeyA") || call.moment != CallHook::Moment::Before ||
-            std::string(call.path) != "b")
-            return false;
-        win::SetLastError(ERROR_ACCESS_DENIED);
-        return true;
-    });
+    Refusing const refusing("RegDeleteKeyA", "b");
     EXPECT_EQ(registry.RegDeleteKeyA(1), 0);
     EXPECT_EQ(Place(registry), Full("t") + "\\");
     EXPECT_FALSE(IsKey("t\\a"));
@@ -155,13 +165,7 @@ TEST_F(RegistryDeleteTest, A_subkey_that_cant_be_opened_makes_the_deletion_fail_
         MakeKey(path);
     WriteNumber("t\\a", "n", 1);
     OpenRegistry registry = Open("t");
-    CallHook const hook([](CallHook::Call const &call) {
-        if (!Is(call, "RegOpenKeyExA") || call.moment != CallHook::Moment::Before ||
-            std::string(call.path) != "locked")
-            return false;
-        win::SetLastError(ERROR_ACCESS_DENIED);
-        return true;
-    });
+    Refusing const refusing("RegOpenKeyExA", "locked");
     EXPECT_EQ(registry.RegDeleteKeyA(1), 0);
     EXPECT_EQ(Place(registry), Full("t") + "\\");
     EXPECT_TRUE(IsKey("t\\a\\locked"));
@@ -172,14 +176,7 @@ TEST_F(RegistryDeleteTest, A_subkey_that_cant_be_opened_makes_the_deletion_fail_
 TEST_F(RegistryDeleteTest, A_parent_that_cant_be_opened_makes_it_fail) {
     MakeKey("a\\b");
     OpenRegistry registry = Open("a\\b");
-    std::string const parent = Below("a");
-    CallHook const hook([&parent](CallHook::Call const &call) {
-        if (!Is(call, "RegOpenKeyExA") || call.moment != CallHook::Moment::Before ||
-            call.path != parent)
-            return false;
-        win::SetLastError(ERROR_ACCESS_DENIED);
-        return true;
-    });
+    Refusing const refusing("RegOpenKeyExA", Below("a"));
     EXPECT_EQ(registry.RegDeleteKeyA(0), 0);
     EXPECT_EQ(registry.lastError, 5);
     EXPECT_EQ(Place(registry), Full("a\\b") + "\\");

@@ -1,15 +1,13 @@
-// Hive files for tests, made by hivex from an empty one.
+// Hive files with values of all kinds, made by hivex from an empty one.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include <hivex.h>
 
-// The bytes of a hive that has a root and nothing below it.
-std::vector<std::uint8_t> EmptyHive();
+#include "platform/posix/hive_image.h"
 
 class HiveMaker {
 public:
