@@ -32,15 +32,16 @@ using HMODULE = HINSTANCE;
 struct HKEY_RECORD;
 using HKEY = HKEY_RECORD *;
 
-// The roots of the registry, which are open at any time.
+// The roots of the registry, which are open at any time. Macros, as on Windows: a variable might
+// be set too late for what is made while the program starts.
 inline HKEY HkeyRoot(std::uint32_t number) {
     return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<std::int32_t>(number)));
 }
-inline HKEY const HKEY_CLASSES_ROOT = HkeyRoot(0x80000000);
-inline HKEY const HKEY_CURRENT_USER = HkeyRoot(0x80000001);
-inline HKEY const HKEY_LOCAL_MACHINE = HkeyRoot(0x80000002);
-inline HKEY const HKEY_USERS = HkeyRoot(0x80000003);
-inline HKEY const HKEY_CURRENT_CONFIG = HkeyRoot(0x80000005);
+#define HKEY_CLASSES_ROOT HkeyRoot(0x80000000)
+#define HKEY_CURRENT_USER HkeyRoot(0x80000001)
+#define HKEY_LOCAL_MACHINE HkeyRoot(0x80000002)
+#define HKEY_USERS HkeyRoot(0x80000003)
+#define HKEY_CURRENT_CONFIG HkeyRoot(0x80000005)
 
 struct FILETIME {
     DWORD dwLowDateTime; // 100 ns since 1601 (UTC)
