@@ -11,10 +11,10 @@ UtilsString Selected(UtilsString const &text) {
 }
 
 // A split of the string's own would keep the second of two separators in a row.
-std::vector<std::string> Components(std::string_view text, char separator) {
+std::vector<std::string> Components(std::string_view text) {
     std::vector<std::string> parts;
     for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t const end = std::min(text.find(separator, begin), text.size());
+        std::size_t const end = std::min(text.find('\\', begin), text.size());
         if (end != begin)
             parts.emplace_back(text.substr(begin, end - begin));
         begin = end + 1;

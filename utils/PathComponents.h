@@ -13,8 +13,8 @@ namespace UTILS {
 inline std::string_view ViewOf(UtilsString const &text) { return {text.Retrieve(), text.size()}; }
 // The selected string alone, without cursors, and with default settings.
 UtilsString Selected(UtilsString const &text);
-// What lies between separators; empty components don't count. A text without any is its own
+// What lies between backslashes; empty components don't count. A text without any is its own
 // component, so there is always one.
-std::vector<std::string> Components(std::string_view text, char separator = '\\');
+std::vector<std::string> Components(std::string_view text);
 
 } // namespace UTILS

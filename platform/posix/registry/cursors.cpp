@@ -4,10 +4,6 @@
 namespace platform::registry {
 namespace {
 
-void BindKey(Statement &statement, StoredKey const &key) {
-    statement.Bind(1, key.parent).Bind(2, std::string_view(key.folded)).Bind(3, key.id);
-}
-
 // Asks for the entry at an index: from the cursor on if that still holds, else from the
 // first. `ask` takes what the entries begin behind and how many of them it passes over, and
 // gives the entry's own place and the key's generation.

@@ -12,11 +12,11 @@ Code WithoutStore(Code code, Code otherwise) {
     return code == Connection::noStore ? otherwise : code;
 }
 
+} // namespace
+
 void BindKey(Statement &statement, StoredKey const &key) {
     statement.Bind(1, key.parent).Bind(2, std::string_view(key.folded)).Bind(3, key.id);
 }
-
-} // namespace
 
 Code Store::FindTop(std::u16string_view name, StoredKey &key) {
     Code const opened = WithoutStore(m_connection.OpenToRead(), notFound);

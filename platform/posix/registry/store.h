@@ -12,6 +12,9 @@ struct StoredKey {
     std::int64_t id = 0; // 0: not in the store
 };
 
+// A key as the first three parameters of a statement, which it has to outlive.
+void BindKey(Statement &statement, StoredKey const &key);
+
 // How far an enumeration came: so many entries are at `last` or before it, as long as the
 // key's generation is this one.
 template <class Last> struct Cursor {
